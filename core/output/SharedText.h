@@ -1,0 +1,33 @@
+// A text that may be absent, shared between its copies and never changed: the name of a timer
+// or a handler, a formatted log line, the error of an options node.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace Quenda {
+
+class SharedText {
+public:
+    // Absent.
+    SharedText() = default;
+    // A copy of the text; null makes an absent text.
+    SharedText(const char* text)  // NOLINT(google-explicit-constructor): a name is written as "..."
+        : text_(text == nullptr ? nullptr : std::make_shared<const std::string>(text)) {}
+    SharedText(std::string text)  // NOLINT(google-explicit-constructor)
+        : text_(std::make_shared<const std::string>(std::move(text))) {}
+
+    bool IsAbsent() const { return text_ == nullptr; }
+    // True for an absent text, too.
+    bool IsEmpty() const { return Length() == 0; }
+    size_t Length() const { return text_ == nullptr ? 0 : text_->size(); }
+    // "" for an absent text. Valid as long as any copy lives.
+    const char* Get() const { return text_ == nullptr ? "" : text_->c_str(); }
+
+private:
+    std::shared_ptr<const std::string> text_;
+};
+
+}  // namespace Quenda

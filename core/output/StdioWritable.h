@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdio>
+
+#include "core/output/Writable.h"
+
+namespace Quenda {
+
+// Writes to a stdio stream, which its owner flushes and closes. Writes return what fwrite(3)
+// returns.
+class StdioWritable : public Writable {
+public:
+    explicit StdioWritable(FILE* stream) : stream_(stream) {}
+
+    using Writable::Write;
+    size_t Write(const void* data, size_t length) override;
+
+private:
+    FILE* stream_;
+};
+
+}  // namespace Quenda
