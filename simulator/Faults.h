@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "simulator/SimulatedTerminal.h"
+
+namespace Simulator {
+
+enum class KeldraFault { kHang, kCrash, kError, kShortFile, kMissingFile, kIgnoreQuit };
+
+// Makes the running Keldra misbehave; a Keldra that is started later is well again. The user's
+// own program can only be stopped (for a hang) and killed (for a crash). Returns "" or the reason
+// why the fault could not be caused.
+std::string Cause(SimulatedTerminal* terminal, KeldraFault fault);
+
+// Kills every sshd. Returns "" or the reason.
+std::string KillSshd(SimulatedTerminal* terminal);
+
+// Lasting until `Repair`: no Keldra can be started; the stand-in then exits with status 3.
+void RefuseToStart(SimulatedTerminal* terminal);
+// Lasting until `Repair`: the stand-in does not start with the primary options file.
+void DamagePrimaryOptions(SimulatedTerminal* terminal);
+// Ends what lasts.
+void Repair(SimulatedTerminal* terminal);
+
+// Writes a file inside anew; false when it cannot.
+bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
+                 const std::string& content);
+
+}  // namespace Simulator
