@@ -24,8 +24,8 @@ void AddMachineParts(RootBuilder* root) {
     root->Directory("/usr");
     root->ShareEntries("/usr", "sbin");
     root->Directory("/dev");
-    for (const char* device : {"/dev/null", "/dev/zero", "/dev/full", "/dev/random",
-                               "/dev/urandom"}) {
+    for (const char* device :
+         {"/dev/null", "/dev/zero", "/dev/full", "/dev/random", "/dev/urandom"}) {
         root->Device(device);
     }
     root->Proc();
@@ -89,9 +89,8 @@ void ReportEnd(int events, pid_t pid) {
     if (waitpid(pid, &status, 0) != pid) {
         return;
     }
-    const std::string how = WIFEXITED(status)
-                                ? "exit status " + std::to_string(WEXITSTATUS(status))
-                                : "signal " + std::to_string(WTERMSIG(status));
+    const std::string how = WIFEXITED(status) ? "exit status " + std::to_string(WEXITSTATUS(status))
+                                              : "signal " + std::to_string(WTERMSIG(status));
     const std::string line = "init " + name + " has ended: " + how + "\n";
     (void)!write(events, line.data(), line.size());
 }

@@ -45,7 +45,9 @@ RootBuilder::RootBuilder() {
           kNewRoot);
 }
 
-std::string RootBuilder::At(const std::string& inside) const { return kNewRoot + inside; }
+std::string RootBuilder::At(const std::string& inside) const {
+    return kNewRoot + inside;
+}
 
 void RootBuilder::Check(bool done, const char* what, const std::string& path) {
     if (!done && Ok()) {

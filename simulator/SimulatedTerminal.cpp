@@ -50,7 +50,9 @@ std::string ReadToEnd(int fd) {
 SimulatedTerminal::SimulatedTerminal(TerminalOptions options)
     : options_(std::move(options)), start_(std::chrono::steady_clock::now()) {}
 
-SimulatedTerminal::~SimulatedTerminal() { PowerOff(); }
+SimulatedTerminal::~SimulatedTerminal() {
+    PowerOff();
+}
 
 bool SimulatedTerminal::PowerOn(std::string* reason) {
     start_ = std::chrono::steady_clock::now();
@@ -254,8 +256,7 @@ std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const
     std::vector<Process> processes = ListProcesses(Path("/proc"));
     if (!name.empty()) {
         const auto other = [&name](const Process& process) { return process.name != name; };
-        processes.erase(std::remove_if(processes.begin(), processes.end(), other),
-                        processes.end());
+        processes.erase(std::remove_if(processes.begin(), processes.end(), other), processes.end());
     }
     return processes;
 }

@@ -22,7 +22,9 @@ static const char kEvents[] = "/run/simulator/events";
 static char names[kDescriptors][kNameSize];
 
 /* What the daemon starts is to run without this library. */
-__attribute__((constructor)) static void LeaveTheEnvironment(void) { unsetenv("LD_PRELOAD"); }
+__attribute__((constructor)) static void LeaveTheEnvironment(void) {
+    unsetenv("LD_PRELOAD");
+}
 
 static int Open(int directory, const char* path, int flags, mode_t mode) {
     char redirected[128];
@@ -44,22 +46,22 @@ static mode_t ModeOf(int flags, va_list* arguments) {
     return wanted ? (mode_t)va_arg(*arguments, int) : 0;
 }
 
-#define DEFINE_OPEN(function, extraFlags)                              \
-    int function(const char* path, int flags, ...) {                   \
-        va_list arguments;                                             \
-        va_start(arguments, flags);                                    \
-        const mode_t mode = ModeOf(flags, &arguments);                 \
-        va_end(arguments);                                             \
-        return Open(AT_FDCWD, path, flags | (extraFlags), mode);       \
+#define DEFINE_OPEN(function, extraFlags)                        \
+    int function(const char* path, int flags, ...) {             \
+        va_list arguments;                                       \
+        va_start(arguments, flags);                              \
+        const mode_t mode = ModeOf(flags, &arguments);           \
+        va_end(arguments);                                       \
+        return Open(AT_FDCWD, path, flags | (extraFlags), mode); \
     }
 
-#define DEFINE_OPENAT(function, extraFlags)                            \
-    int function(int directory, const char* path, int flags, ...) {    \
-        va_list arguments;                                             \
-        va_start(arguments, flags);                                    \
-        const mode_t mode = ModeOf(flags, &arguments);                 \
-        va_end(arguments);                                             \
-        return Open(directory, path, flags | (extraFlags), mode);      \
+#define DEFINE_OPENAT(function, extraFlags)                         \
+    int function(int directory, const char* path, int flags, ...) { \
+        va_list arguments;                                          \
+        va_start(arguments, flags);                                 \
+        const mode_t mode = ModeOf(flags, &arguments);              \
+        va_end(arguments);                                          \
+        return Open(directory, path, flags | (extraFlags), mode);   \
     }
 
 DEFINE_OPEN(open, 0)
@@ -70,15 +72,17 @@ DEFINE_OPENAT(openat64, O_LARGEFILE)
 /* What a fortified program calls instead. */
 int __open_2(const char* path, int flags);
 int __open64_2(const char* path, int flags);
-int __open_2(const char* path, int flags) { return Open(AT_FDCWD, path, flags, 0); }
+int __open_2(const char* path, int flags) {
+    return Open(AT_FDCWD, path, flags, 0);
+}
 int __open64_2(const char* path, int flags) {
     return Open(AT_FDCWD, path, flags | O_LARGEFILE, 0);
 }
 
 static void Report(const char* name, const void* text, size_t length) {
     char line[128];
-    const int size = snprintf(line, sizeof(line), "watchdog %s %.*s\n", name, (int)length,
-                              (const char*)text);
+    const int size =
+        snprintf(line, sizeof(line), "watchdog %s %.*s\n", name, (int)length, (const char*)text);
     const int fd = (int)syscall(SYS_openat, AT_FDCWD, kEvents, O_WRONLY | O_NONBLOCK, 0);
     if (fd >= 0) {
         (void)!syscall(SYS_write, fd, line, (size_t)size);
