@@ -33,8 +33,7 @@ public:
     virtual size_t Write(int level, const void* data, size_t length);
 
     virtual size_t Printf(const char* format, ...) __attribute__((format(printf, 2, 3)));
-    virtual size_t Printf(int level, const char* format, ...)
-        __attribute__((format(printf, 3, 4)));
+    virtual size_t Printf(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
     // Leaves `arguments` as it was found. A failed or empty format writes "" with length 0.
     virtual size_t VPrintf(const char* format, va_list arguments)
         __attribute__((format(printf, 2, 0)));

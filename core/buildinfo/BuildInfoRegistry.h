@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/buildinfo/BuildRecord.h"
+
+namespace Quenda {
+
+class Writable;
+
+// The build records of the libraries in this process (runtime records) and, where the program
+// brings them along, of the libraries that it was built against (buildtime records), and the
+// program's own name.
+//
+// A record is printed with a mark: "?" without a buildtime record of its name, "!" when that one
+// differs, a blank when it is equal. Printing to null prints nothing.
+class BuildInfoRegistry {
+public:
+    // The process's one registry, built on first use and destroyed at exit.
+    static BuildInfoRegistry& Instance();
+
+    BuildInfoRegistry() = default;
+    BuildInfoRegistry(const BuildInfoRegistry&) = delete;
+    BuildInfoRegistry& operator=(const BuildInfoRegistry&) = delete;
+
+    // Keeps the pointer, not a copy. "UnsetApplicationName" until it is set.
+    void SetApplicationName(const char* name) { applicationName_ = name; }
+    const char* GetApplicationName() const { return applicationName_; }
+
+    // Keeps a copy; does nothing for a second record of the same name.
+    void AddRuntimeRecord(const BuildRecord& record) { Add(runtimeRecords_, record); }
+    void AddBuildtimeRecord(const BuildRecord& record) { Add(buildtimeRecords_, record); }
+
+    // Null when there is none of that name.
+    const BuildRecord* FindRuntime(const char* name) const { return Find(runtimeRecords_, name); }
+    const BuildRecord* FindBuildtime(const char* name) const {
+        return Find(buildtimeRecords_, name);
+    }
+
+    // The version of every runtime record, or of one.
+    void PrintSummary(Writable* out) const;
+    void PrintSummary(Writable* out, const char* name) const;
+    // All fields of every runtime record, or of one.
+    void PrintDetails(Writable* out) const;
+    void PrintDetails(Writable* out, const char* name) const;
+
+private:
+    using Records = std::vector<BuildRecord>;
+    using PrintOne = void (BuildInfoRegistry::*)(Writable*, const BuildRecord&) const;
+
+    static void Add(Records& records, const BuildRecord& record);
+    static const BuildRecord* Find(const Records& records, const char* name);
+    char Mark(const BuildRecord& record) const;
+    void PrintAll(Writable* out, PrintOne print) const;
+    void PrintNamed(Writable* out, const char* name, PrintOne print) const;
+    void PrintVersion(Writable* out, const BuildRecord& record) const;
+    void PrintFields(Writable* out, const BuildRecord& record) const;
+
+    const char* applicationName_ = "UnsetApplicationName";
+    Records buildtimeRecords_;
+    Records runtimeRecords_;
+};
+
+}  // namespace Quenda

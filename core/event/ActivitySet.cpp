@@ -1,0 +1,103 @@
+#include "core/event/ActivitySet.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "core/output/FormatText.h"
+#include "core/output/Writable.h"
+
+namespace Quenda {
+
+ActivityHold::ActivityHold(Callback* callback, SharedText name)
+    : callback_(callback), name_(std::move(name)) {}
+
+ActivityHold::~ActivityHold() {
+    if (links.list != nullptr) {
+        owner_->Remove(this);
+    }
+}
+
+void ActivityHold::Print() const {
+    printf(" Print name %s   - ", Name());
+}
+
+ActivitySet::ActivitySet() : current_(&lists_[0]), next_(&lists_[1]) {}
+
+ActivitySet::~ActivitySet() {
+    RemoveAll(*current_);
+    RemoveAll(*next_);
+}
+
+bool ActivitySet::Add(ActivityHold* hold) {
+    if (hold == nullptr) {
+        return false;
+    }
+    if (hold->links.list == nullptr) {
+        next_->Append(hold);
+        hold->owner_ = this;
+    }
+    return true;
+}
+
+bool ActivitySet::Remove(ActivityHold* hold) {
+    if (hold == nullptr || hold->links.list == nullptr) {
+        return false;
+    }
+    hold->links.list->Remove(hold);
+    return true;
+}
+
+void ActivitySet::RemoveAll(List& list) {
+    while (!list.IsEmpty()) {
+        list.Remove(list.Head());
+    }
+}
+
+bool ActivitySet::HasActivities() const {
+    return !current_->IsEmpty() || !next_->IsEmpty();
+}
+
+bool ActivitySet::Run(int argument) {
+    std::swap(current_, next_);
+    bool result = true;
+    while (!current_->IsEmpty()) {
+        ActivityHold* const hold = current_->Head();
+        result = hold->callback_ == nullptr || hold->callback_->Invoke(argument);
+        // Compared as an address only: the callback may have destroyed the hold.
+        if (current_->Head() != hold) {
+            return result;
+        }
+        current_->Remove(hold);
+        if (!result) {
+            next_->Append(hold);
+        }
+    }
+    return result;
+}
+
+SharedText ActivitySet::Text() const {
+    std::string text;
+    const auto append = [&text](const char* heading, const List& list) {
+        text += FormatText("%s activities: %i\n", heading, static_cast<int>(list.Count()));
+        for (ActivityHold* hold = list.Head(); hold != nullptr; hold = list.After(hold)) {
+            text += FormatText(" %p - %s\n", static_cast<void*>(hold), hold->Name());
+        }
+    };
+    append("Current", *current_);
+    append("New", *next_);
+    return SharedText(std::move(text));
+}
+
+void ActivitySet::Dump(Writable* out) const {
+    const auto print = [out](const char* heading, const List& list) {
+        out->Printf("%s Activities: %d\n", heading, static_cast<int>(list.Count()));
+        for (ActivityHold* hold = list.Head(); hold != nullptr; hold = list.After(hold)) {
+            out->Printf("%p - %s\n", static_cast<void*>(hold), hold->Name());
+        }
+    };
+    print("Current", *current_);
+    print("New", *next_);
+}
+
+}  // namespace Quenda

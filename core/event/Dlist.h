@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Quenda {
+
+template <typename T>
+class Dlist;
+
+// What an element of a Dlist carries: its links, and the list that it is in.
+template <typename T>
+struct DlistLinks {
+    T next = nullptr;
+    T prev = nullptr;
+    Dlist<T>* list = nullptr;
+};
+
+// A circular doubly-linked list through its own elements: T is a pointer to something with a
+// member `links`. It allocates nothing and owns nothing; an element is in one list at most.
+template <typename T>
+class Dlist {
+public:
+    Dlist() = default;
+    Dlist(const Dlist&) = delete;
+    Dlist& operator=(const Dlist&) = delete;
+
+    size_t Count() const { return count_; }
+    bool IsEmpty() const { return count_ == 0; }
+    // Null when the list is empty.
+    T Head() const { return tail_ == nullptr ? nullptr : tail_->links.next; }
+    // The element after this one; null after the last.
+    T After(T element) const { return element == tail_ ? nullptr : element->links.next; }
+
+    // The element must be in no list.
+    void Append(T element) {
+        if (tail_ == nullptr) {
+            element->links.next = element;
+            element->links.prev = element;
+        } else {
+            element->links.next = tail_->links.next;
+            element->links.prev = tail_;
+            tail_->links.next->links.prev = element;
+            tail_->links.next = element;
+        }
+        element->links.list = this;
+        tail_ = element;
+        ++count_;
+    }
+
+    // The element must be in this list.
+    void Remove(T element) {
+        if (count_ == 1) {
+            tail_ = nullptr;
+        } else {
+            element->links.prev->links.next = element->links.next;
+            element->links.next->links.prev = element->links.prev;
+            if (tail_ == element) {
+                tail_ = element->links.prev;
+            }
+        }
+        element->links = {};
+        --count_;
+    }
+
+private:
+    T tail_ = nullptr;
+    size_t count_ = 0;
+};
+
+}  // namespace Quenda

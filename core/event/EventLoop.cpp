@@ -1,0 +1,187 @@
+#include "core/event/EventLoop.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "core/event/FileDescriptorHandler.h"
+#include "core/event/WaitTimeout.h"
+#include "core/log/Log.h"
+#include "core/timer/TimeKeeper.h"
+
+namespace Quenda {
+
+namespace {
+
+constexpr uint32_t kReadEvents = EPOLLIN | EPOLLERR | EPOLLHUP | EPOLLRDHUP;
+
+epoll_event EventFor(const FileDescriptorHandler& handler) {
+    epoll_event event{};
+    event.events = handler.Events();
+    event.data.fd = handler.Fd();
+    return event;
+}
+
+}  // namespace
+
+EventLoop& EventLoop::Instance() {
+    static EventLoop instance;
+    return instance;
+}
+
+EventLoop::EventLoop()
+    : self_(this, [](EventLoop*) {}),
+      timeKeeper_(&TimeKeeper::Instance()),
+      activities_(std::make_unique<ActivitySet>()) {}
+
+EventLoop::~EventLoop() {
+    if (epollFd_ > 0) {
+        (void)close(epollFd_);  // nobody is left to tell
+    }
+}
+
+bool EventLoop::Init() {
+    if (epollFd_ >= 0) {
+        return true;
+    }
+    epollFd_ = epoll_create(10);
+    if (epollFd_ == -1) {
+        const int error = errno;
+        LogError("epoll_create() failed: %s (%d)\n", strerror(error), error);
+        return false;
+    }
+    // Programs that this process starts have no business with its loop.
+    (void)fcntl(epollFd_, F_SETFD, FD_CLOEXEC);  // cannot fail on a valid descriptor
+    return true;
+}
+
+bool EventLoop::AddHandler(FileDescriptorHandler* handler) {
+    const int fd = handler->Fd();
+    if (fd < 0) {
+        LogMessage(2, "In EventLoop::AddHandler, File Descriptor is bad(%d), name: %s.\n", fd,
+                   handler->Name());
+        return false;
+    }
+    (void)fcntl(fd, F_SETFD, FD_CLOEXEC);  // a closed descriptor shows in epoll_ctl below
+    if (handlers_.count(fd) != 0) {
+        LogMessage(2, "In EventLoop::AddHandler, Handler already present, name: %s.\n",
+                   handler->Name());
+        return false;
+    }
+    if (!handlers_.emplace(fd, handler).second) {
+        LogMessage(2, "In EventLoop::AddHandler, failed to add handler %d/%s.\n", fd,
+                   handler->Name());
+        return false;
+    }
+    handler->ResetCounts();
+    handler->loop_ = self_;
+    epoll_event event = EventFor(*handler);
+    if (epoll_ctl(epollFd_, EPOLL_CTL_ADD, fd, &event) == -1) {
+        LogError("epoll_ctl_add failed on(%s) (%d/%d): %s\n", handler->Name(), epollFd_, fd,
+                 strerror(errno));
+    }
+    handlersChanged_ = true;
+    return true;
+}
+
+bool EventLoop::RemoveHandler(FileDescriptorHandler* handler) {
+    const auto found = handlers_.find(handler->Fd());
+    if (found == handlers_.end()) {
+        return false;
+    }
+    if (epoll_ctl(epollFd_, EPOLL_CTL_DEL, handler->Fd(), nullptr) == -1 && errno != ENOENT) {
+        LogError("epoll_ctl_del failed on(%s) (%d/%d): %s\n", handler->Name(), epollFd_,
+                 handler->Fd(), strerror(errno));
+    }
+    found->second->loop_.reset();
+    handlers_.erase(found);
+    handlersChanged_ = true;
+    return true;
+}
+
+bool EventLoop::ModifyHandler(FileDescriptorHandler* handler) {
+    epoll_event event = EventFor(*handler);
+    if (epoll_ctl(epollFd_, EPOLL_CTL_MOD, handler->Fd(), &event) == -1) {
+        LogError("epoll_ctl_mod failed on(%s) (%d/%d): %s\n", handler->Name(), epollFd_,
+                 handler->Fd(), strerror(errno));
+        return false;
+    }
+    return true;
+}
+
+void EventLoop::SetWaitSignalMask(const sigset_t& mask) {
+    waitSignalMask_ = mask;
+    hasWaitSignalMask_ = true;
+}
+
+void EventLoop::Run() {
+    terminate_ = false;
+    while (!terminate_) {
+        WaitAndDispatch(false);
+        timeKeeper_->ProcessExpired();
+        activities_->Run(0);
+    }
+    LogError("EventLoop terminated\n");
+}
+
+bool EventLoop::Poll() {
+    return WaitAndDispatch(true);
+}
+
+bool EventLoop::WaitAndDispatch(bool poll) {
+    const int timeoutMs = poll ? 0 : NextTimeoutMs();
+    const int count = epoll_pwait(epollFd_, events_, kMaxEvents, timeoutMs,
+                                  hasWaitSignalMask_ ? &waitSignalMask_ : nullptr);
+    if (count == -1) {
+        const int error = errno;
+        if (error != EINTR) {
+            LogError("EventLoop error %s (%d)\n", strerror(error), error);
+        }
+        if (IsFatalError(error)) {
+            terminate_ = true;
+            return false;
+        }
+        return true;
+    }
+    Dispatch(count);
+    return true;
+}
+
+int EventLoop::NextTimeoutMs() const {
+    if (activities_->HasActivities()) {
+        return 0;
+    }
+    // Without a timer the loop still looks around once a second.
+    return WaitTimeoutMs(timeKeeper_->IsEmpty() ? TimeValue(1, 0) : timeKeeper_->TimeToNext());
+}
+
+void EventLoop::Dispatch(int count) {
+    for (int i = 0; i < count; ++i) {
+        const uint32_t mask = events_[i].events;
+        const auto found = handlers_.find(events_[i].data.fd);
+        if (found == handlers_.end()) {
+            continue;  // removed earlier in this batch
+        }
+        FileDescriptorHandler* const handler = found->second;
+        if ((mask & kReadEvents) != 0) {
+            ++handler->readCount_;
+            handler->HandleRead();
+        }
+        // After any change the handler may be gone. The price is that one write readiness is
+        // skipped; epoll reports it again at the next wait.
+        if (handlersChanged_) {
+            handlersChanged_ = false;
+        } else if ((mask & EPOLLOUT) != 0) {
+            ++handler->writeCount_;
+            handler->HandleWrite();
+        }
+    }
+}
+
+bool EventLoop::IsFatalError(int error) {
+    return error == EBADF;
+}
+
+}  // namespace Quenda

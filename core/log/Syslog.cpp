@@ -1,0 +1,66 @@
+#include "core/log/Syslog.h"
+
+#include <syslog.h>
+
+#include <cstdlib>
+
+#include "core/log/Log.h"
+
+namespace Quenda {
+
+namespace {
+
+bool isOpen = false;
+LogHooks savedHooks = {nullptr, nullptr};
+
+void SendRecord(int priority, const char* format, va_list arguments) {
+    va_list copy;
+    va_copy(copy, arguments);
+    vsyslog(priority, format, copy);
+    va_end(copy);
+}
+
+void PlainHook(const char* format, va_list arguments) {
+    SendRecord(LOG_DAEMON | LOG_ERR, format, arguments);
+    savedHooks.plain(format, arguments);
+}
+
+void LevelledHook(int level, const char* format, va_list arguments) {
+    if (level == 0) {
+        SendRecord(LOG_DAEMON | LOG_NOTICE, format, arguments);
+    }
+    savedHooks.levelled(level, format, arguments);
+}
+
+}  // namespace
+
+void OpenSyslog(const char* ident) {
+    static const bool closedAtExit = atexit(CloseSyslog) == 0;
+    (void)closedAtExit;  // without it, the kernel closes the socket
+    CloseSyslog();
+    openlog(ident, 0, LOG_DAEMON);
+    savedHooks = CurrentLogHooks();
+    CurrentLogHooks() = {PlainHook, LevelledHook};
+    isOpen = true;
+}
+
+void CloseSyslog() {
+    if (!isOpen) {
+        return;
+    }
+    isOpen = false;
+    closelog();
+    CurrentLogHooks() = savedHooks;
+    savedHooks = {nullptr, nullptr};
+}
+
+bool IsSyslogOpen() {
+    return isOpen;
+}
+
+SysloggerWritable& SyslogSink() {
+    static SysloggerWritable sink;
+    return sink;
+}
+
+}  // namespace Quenda

@@ -1,0 +1,66 @@
+#include "core/timer/TimeKeeper.h"
+
+#include "core/output/Writable.h"
+
+namespace Quenda {
+
+TimeKeeper& TimeKeeper::Instance() {
+    static TimeKeeper instance;
+    return instance;
+}
+
+void TimeKeeper::AddTimer(TimerTkIntf* timer) {
+    if (spare_.empty()) {
+        queue_.emplace(timer->Expiry(), timer);
+        return;
+    }
+    spare_.key() = timer->Expiry();
+    spare_.mapped() = timer;
+    queue_.insert(std::move(spare_));
+}
+
+void TimeKeeper::RemoveTimer(TimerTkIntf* timer) {
+    const auto range = queue_.equal_range(timer->Expiry());
+    for (auto it = range.first; it != range.second; ++it) {
+        if (it->second == timer) {
+            spare_ = queue_.extract(it);
+            return;
+        }
+    }
+}
+
+TimeValue TimeKeeper::TimeToNext() const {
+    return queue_.empty() ? TimeValue(-1, 0)
+                          : queue_.begin()->second->TimeRemaining(TimeValue::Now());
+}
+
+void TimeKeeper::ProcessExpired() {
+    if (!queue_.empty()) {
+        ProcessExpired(TimeValue::Now());
+    }
+}
+
+void TimeKeeper::ProcessExpired(const TimeValue& now) {
+    while (!queue_.empty()) {
+        TimerTkIntf* const timer = queue_.begin()->second;
+        if (!timer->HasExpired(now)) {
+            return;
+        }
+        // Out of the queue before it runs: the callback may do anything to its own timer.
+        spare_ = queue_.extract(queue_.begin());
+        timer->Expire(now);
+        ++expiredCount_;
+    }
+}
+
+void TimeKeeper::Dump(Writable* out) const {
+    const TimeValue now = TimeValue::Now();
+    out->Printf("%d Timers Expired\n", static_cast<int>(expiredCount_));
+    out->Printf("%zu Active Timer(s)\n", queue_.size());
+    for (const auto& [expiry, timer] : queue_) {
+        out->Printf("%s -> %lli\n", timer->Name().Get(),
+                    static_cast<long long>(timer->TimeRemaining(now).Milliseconds()));
+    }
+}
+
+}  // namespace Quenda

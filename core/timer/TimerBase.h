@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/callback/Callback.h"
+#include "core/timer/TimerIntf.h"
+
+namespace Quenda {
+
+// A timer on the process's TimeKeeper. It is idle, or armed until its expiry; what happens then
+// is for the derived class to say.
+//
+// When a timer fires it leaves the queue but counts as active until it is started again or
+// stopped. Destroying it stops it. The callback gets the monotonic time in milliseconds,
+// truncated to 32 bits, and the user data.
+class TimerBase : public TimerTkIntf {
+public:
+    using Callback = CallbackRef2<unsigned int, void*>;
+
+    explicit TimerBase(SharedText name, Callback callback = Callback());
+    TimerBase(const TimerBase&) = delete;
+    TimerBase& operator=(const TimerBase&) = delete;
+    ~TimerBase() override;
+
+    void StartAt(const TimeValue& expiry);
+    void Stop();
+    bool IsActive() const { return active_; }
+
+    // Handed to the callback; null at first. Not owned.
+    void SetUserData(void* userData) { userData_ = userData; }
+
+    TimeValue TimeRemaining(const TimeValue& now) const override;
+    const TimeValue& Expiry() const override { return expiry_; }
+    bool HasExpired(const TimeValue& now) const override { return now >= expiry_; }
+    SharedText Name() const override { return name_; }
+
+protected:
+    // For `Expire`: calls the callback, if there is one. False when the callback destroyed this
+    // timer, which must not be touched any more.
+    bool CallBack(const TimeValue& now);
+
+private:
+    SharedText name_;
+    TimeValue expiry_;
+    TimerMgrIntf* manager_;
+    bool active_ = false;
+    void* userData_ = nullptr;
+    Callback callback_;
+    // While a callback runs, where to note that it destroyed this timer.
+    bool* destroyed_ = nullptr;
+};
+
+}  // namespace Quenda

@@ -1,0 +1,158 @@
+#include "monitor/ChildControl.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "core/log/Log.h"
+#include "core/output/FormatText.h"
+#include "monitor/MonitorState.h"
+#include "monitor/Paths.h"
+#include "monitor/ProcessLookup.h"
+#include "monitor/SignalWindow.h"
+#include "shell/ShellRunner.h"
+
+namespace Monitor {
+
+using Quenda::FormatText;
+using Quenda::LogMessage;
+
+namespace {
+
+constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
+
+// The options file of that type, null for an unknown one. Counted here, before anything can fail.
+const char* ChooseOptionsFile(OptionsType type) {
+    switch (type) {
+        case OptionsType::kNormal:
+            ++statistics.start_with_normal_options;
+            return kPrimaryOptionsFile;
+        case OptionsType::kBackup:
+            ++statistics.start_with_backup_options;
+            return kBackupOptionsFile;
+        case OptionsType::kFactory:
+            ++statistics.start_with_factory_options;
+            return kFactoryOptionsFile;
+    }
+    return nullptr;
+}
+
+// In the child. Does not return.
+[[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
+    Quenda::CloseInheritedDescriptors();
+    // Without an options file the list ends in front of "-cfg".
+    (void)execl(path, name, "-cp", "23", optionsFile == nullptr ? nullptr : "-cfg", optionsFile,
+                nullptr);
+    _exit(kExecFailed);
+}
+
+bool JudgeLauncher(pid_t child, int status) {
+    if (WTERMSIG(status) != 0) {
+        LogMessage(0, "Keldra %d did not exit normally!\n", child);
+        return false;
+    }
+    if (WEXITSTATUS(status) != 0) {
+        LogMessage(0, "Keldra failed to start, status: %d\n", WEXITSTATUS(status));
+        return false;
+    }
+    if (settings.debug) {
+        LogMessage(0, "Keldra started successfully with PID %d\n", child);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool StartKeldra(const std::string& processName, OptionsType optionsType) {
+    const char* const optionsFile = ChooseOptionsFile(optionsType);
+    const std::string path = kProgramDirectory + processName;
+    struct stat status {};
+    if (stat(path.c_str(), &status) == -1) {
+        LogMessage(0, "Failed to start Keldra because %s does not exist\n", path.c_str());
+        return false;
+    }
+    if (optionsFile == nullptr) {
+        LogMessage(0, "%s -cp 23\n", path.c_str());
+    } else {
+        LogMessage(0, "%s -cp 23 -cfg %s\n", path.c_str(), optionsFile);
+    }
+
+    int waitStatus = 0;
+    pid_t child = -1;
+    pid_t waited = -1;
+    int error = 0;
+    {
+        const SignalWindow window;
+        child = fork();
+        if (child == 0) {
+            ExecKeldra(path.c_str(), processName.c_str(), optionsFile);
+        }
+        if (child != -1) {
+            waited = waitpid(child, &waitStatus, 0);
+        }
+        error = errno;
+    }
+    if (child == -1) {
+        LogMessage(0, "Failed to fork for Keldra: %s\n", strerror(error));
+        return false;
+    }
+    if (waited == -1) {
+        LogMessage(0, "Failed to wait on Keldra %d: %s\n", child, strerror(error));
+        return false;
+    }
+    return JudgeLauncher(child, waitStatus);
+}
+
+bool SignalKeldra(const std::string& processName, int signal) {
+    const int32_t pid = supervision.keldraPid;
+    if (settings.debug) {
+        LogMessage(0, "Sending signal %d to Keldra %d\n", signal, pid);
+    }
+    bool signalled = false;
+    {
+        const SignalWindow window;
+        signalled = SignalProcessesByName(processName.c_str(), signal);
+    }
+    if (!signalled) {
+        LogMessage(0, "Failed to kill Keldra %d, continuing anyway\n", pid);
+    }
+    return signalled;
+}
+
+bool StartSshd(const std::string& serviceName) {
+    // The newline belongs to the command.
+    const std::string command =
+        FormatText("%s %s start\n", settings.service_script.c_str(), serviceName.c_str());
+    std::string output;
+    bool started = false;
+    {
+        const SignalWindow window;
+        started = Quenda::RunShellCommand(command, output);
+    }
+    if (!started) {
+        // The captured text brings a newline of its own.
+        LogMessage(0, "Failed to start the SSH service: %s\n", output.c_str());
+        return false;
+    }
+    ++statistics.start_sshd;
+    return true;
+}
+
+bool SetLedsToError() {
+    const std::string command = FormatText("%s all error", settings.led_control_script.c_str());
+    bool set = false;
+    {
+        const SignalWindow window;
+        set = Quenda::RunSystemCommand(command);
+    }
+    if (!set) {
+        // The script gives no reason; the place for one stays empty, as log readers know it.
+        LogMessage(0, "Failed to set the LEDs on the terminal: %s\n", "");
+    }
+    return set;
+}
+
+}  // namespace Monitor

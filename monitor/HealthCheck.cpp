@@ -1,0 +1,130 @@
+#include "monitor/HealthCheck.h"
+
+#include <signal.h>
+
+#include <cstdlib>
+
+#include "core/log/Log.h"
+#include "monitor/ChildControl.h"
+#include "monitor/MonitorState.h"
+#include "monitor/MonitorWatchdog.h"
+#include "monitor/ProcessLookup.h"
+
+namespace Monitor {
+
+using Quenda::LogMessage;
+
+namespace {
+
+// Keeps a cached PID for as long as it names the same program, and searches for it otherwise.
+// True when the cached one still held.
+bool RefreshPid(const std::string& name, int32_t& pid) {
+    if (pid > 0 && IsProcessRunning(name.c_str(), pid)) {
+        return true;
+    }
+    pid = FindProcessId(name.c_str());
+    return false;
+}
+
+void ReportState(KeldraState state) {
+    switch (state) {
+        case KeldraState::kUnknown:
+            LogMessage(0, "Keldra's state could not be determined: %d\n", supervision.keldraPid);
+            ++statistics.keldra_state_unknown;
+            break;
+        case KeldraState::kNotRunning:
+            LogMessage(0, "Keldra is not running!\n");
+            ++statistics.keldra_not_running;
+            break;
+        case KeldraState::kInErrorState:
+            LogMessage(0, "Keldra is in error state\n");
+            ++statistics.keldra_in_error_state;
+            break;
+        case KeldraState::kMissedHeartbeat:
+            LogMessage(0, "Keldra missed a heartbeat (last received: %u)\n",
+                       heartbeatReader.GetLastCount());
+            ++statistics.keldra_missed_heartbeat;
+            break;
+        case KeldraState::kUpAndOkay:
+            if (settings.debug) {
+                LogMessage(0, "Keldra is up and okay\n");
+            }
+            break;
+    }
+}
+
+void ReportStrikes(const Judgement& judgement, uint32_t strikesBefore) {
+    // Wraps at 32 bits, as it does on the terminal.
+    const size_t seconds = settings.heartbeat_timeout_sec * (strikesBefore + 1);
+    if (judgement.state != KeldraState::kUpAndOkay) {
+        LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", strikesBefore + 1,
+                   seconds);
+    } else if (judgement.recovered) {
+        // One period more than the strikes: the one in which Keldra came back counts, too.
+        LogMessage(0, "Keldra started responding again after %zu seconds\n", seconds);
+        ++statistics.keldra_recovered;
+    }
+}
+
+// Leaves the terminal to the watchdog, which reboots it to its backup partition.
+[[noreturn]] void Reboot() {
+    LogMessage(0,
+               "Maximum consecutive failure threshold exceeded. Rebooting the system to the backup "
+               "partition.\n");
+    (void)ArmWatchdog(kRebootBiteSeconds);
+    (void)SetLedsToError();
+    exit(0);
+}
+
+void RestartKeldra() {
+    if (supervision.keldraState != KeldraState::kNotRunning) {
+        (void)SignalKeldra(settings.keldra_process_name, SIGQUIT);
+    }
+    (void)SetLedsToError();
+    (void)StartKeldra(settings.keldra_process_name, supervision.health.optionsType);
+}
+
+bool CheckSshd() {
+    if (RefreshPid(settings.sshd_process_name, supervision.sshdPid)) {
+        return true;
+    }
+    if (supervision.sshdPid < 0) {
+        LogMessage(0, "WARNING! The state of the SSH daemon could not be determined: %d\n",
+                   supervision.sshdPid);
+        return false;
+    }
+    if (supervision.sshdPid == 0) {
+        LogMessage(0, "Starting the SSH daemon because it was not detected\n");
+        return StartSshd(settings.sshd_service_name);
+    }
+    if (settings.debug) {
+        LogMessage(0, "The SSH daemon is running, but its PID changed to %d since the last check\n",
+                   supervision.sshdPid);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool CheckHealth(bool heartbeatRead) {
+    (void)RefreshPid(settings.keldra_process_name, supervision.keldraPid);
+    const HealthFacts facts = {supervision.keldraPid, heartbeatRead, heartbeatReader.InErrorState(),
+                               heartbeatReader.HeartbeatMissed()};
+    const HealthHistory before = supervision.health;
+    const Judgement judgement = Judge(facts, before, settings.max_strikes);
+
+    supervision.keldraState = judgement.state;
+    supervision.health = judgement.next;
+    ReportState(judgement.state);
+    ReportStrikes(judgement, before.strikes);
+    if (judgement.reboot) {
+        Reboot();
+    }
+    (void)ArmWatchdog(kBiteSeconds);  // logs its own failure; the next check tries again
+    if (judgement.state != KeldraState::kUpAndOkay) {
+        RestartKeldra();
+    }
+    return CheckSshd();
+}
+
+}  // namespace Monitor

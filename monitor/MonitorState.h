@@ -1,0 +1,37 @@
+// The monitor's process-wide records, built before main. The signal handlers read them, too.
+#pragma once
+
+#include <cstdint>
+
+#include "heartbeat/HeartbeatReadTimer.h"
+#include "monitor/Judgement.h"
+#include "monitor/MonitorSettings.h"
+
+namespace Monitor {
+
+// Counters since the start, named as the status report shows them; never reset.
+struct MonitorStatistics {
+    uint32_t keldra_state_unknown;
+    uint32_t keldra_not_running;
+    uint32_t keldra_in_error_state;
+    uint32_t keldra_missed_heartbeat;
+    uint32_t keldra_recovered;
+    uint32_t start_with_normal_options;
+    uint32_t start_with_backup_options;
+    uint32_t start_with_factory_options;
+    uint32_t start_sshd;
+};
+
+struct SupervisionState {
+    HealthHistory health;
+    KeldraState keldraState;  // of the last check
+    int32_t sshdPid;          // the last one found; 0: none, negative: unknown
+    int32_t keldraPid;
+};
+
+extern MonitorSettings settings;
+extern MonitorStatistics statistics;
+extern SupervisionState supervision;
+extern Quenda::HeartbeatReadTimer heartbeatReader;
+
+}  // namespace Monitor

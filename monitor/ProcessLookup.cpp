@@ -1,0 +1,149 @@
+#include "monitor/ProcessLookup.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace Monitor {
+
+namespace {
+
+constexpr size_t kLineSize = 128;  // the fields needed come first in the line
+
+// A decimal number at `text`, with leading blanks and a sign; false when there is none.
+bool ScanNumber(const char* text, int32_t& number) {
+    char* end = nullptr;
+    const long value = strtol(text, &end, 10);
+    if (end == text) {
+        return false;
+    }
+    // The range of a 32-bit long, as on the terminal.
+    number = static_cast<int32_t>(std::clamp<long>(value, INT32_MIN, INT32_MAX));
+    return true;
+}
+
+bool IsSpace(char c) {
+    return isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+bool SignalOne(int32_t pid, int signal) {
+    return kill(pid, signal) == 0 || errno == ESRCH;
+}
+
+}  // namespace
+
+bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
+    char path[kProcessNameSize];
+    if (snprintf(path, sizeof(path), "/proc/%d/stat", pid) <= 0) {
+        return false;
+    }
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd == -1) {
+        return false;
+    }
+    char line[kLineSize];
+    const ssize_t length = read(fd, line, sizeof(line));
+    (void)close(fd);  // nothing was written
+    if (length <= 0) {
+        return false;
+    }
+    line[std::min(static_cast<size_t>(length), kLineSize - 1)] = '\0';
+    return ParseProcessStat(line, name, parentPid);
+}
+
+bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid) {
+    const char* const end = line + strnlen(line, kLineSize - 1);
+    const char* at =
+        std::find_if(line, end, [](char c) { return isdigit(static_cast<unsigned char>(c)) == 0; });
+    if (end - at < 2 || !IsSpace(at[0]) || at[1] != '(') {
+        return false;
+    }
+    at += 2;
+    const char* const nameEnd = std::find(at, end, ')');
+    // ") S " and at least one character of the parent's number.
+    if (end - nameEnd < 5 || !IsSpace(nameEnd[1]) ||
+        isalpha(static_cast<unsigned char>(nameEnd[2])) == 0 || !IsSpace(nameEnd[3])) {
+        return false;
+    }
+    int32_t parent = 0;
+    if (!ScanNumber(nameEnd + 4, parent)) {
+        return false;
+    }
+    *std::copy(at, nameEnd, name) = '\0';
+    parentPid = parent;
+    return true;
+}
+
+bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
+    DIR* const directory = name == nullptr ? nullptr : opendir("/proc");
+    if (directory == nullptr) {
+        return false;
+    }
+    while (const dirent* const entry = readdir(directory)) {
+        int32_t pid = 0;
+        if (ScanNumber(entry->d_name, pid) && IsProcessRunning(name, pid)) {
+            pids.push_back(pid);
+        }
+    }
+    (void)closedir(directory);  // nothing was written
+    return true;
+}
+
+int32_t FindProcessId(const char* name) {
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    return pids.empty() ? 0 : pids.front();
+}
+
+int32_t FindOtherProcessId(const char* name) {
+    const int32_t self = getpid();
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    const auto other =
+        std::find_if(pids.begin(), pids.end(), [self](int32_t pid) { return pid != self; });
+    return other == pids.end() ? 0 : *other;
+}
+
+bool IsProcessRunning(const char* name, int32_t pid) {
+    char found[kProcessNameSize];
+    int32_t parentPid = 0;
+    return name != nullptr && pid != 0 && ReadProcessStat(pid, found, parentPid) &&
+           strcmp(found, name) == 0;
+}
+
+bool SignalProcessesByName(const char* name, int signal) {
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids) || pids.empty()) {
+        return false;
+    }
+    const int32_t self = getpid();
+    bool includesSelf = false;
+    bool allSignalled = true;
+    for (const int32_t pid : pids) {
+        if (pid == self) {
+            includesSelf = true;
+        } else if (!SignalOne(pid, signal)) {
+            allSignalled = false;
+        }
+    }
+    if (includesSelf && !SignalOne(self, signal)) {
+        allSignalled = false;
+    }
+    sleep(1);
+    return allSignalled;
+}
+
+}  // namespace Monitor

@@ -1,0 +1,84 @@
+#include "monitor/SignalHandlers.h"
+
+#include <signal.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "core/log/Log.h"
+#include "monitor/MonitorState.h"
+#include "monitor/MonitorWatchdog.h"
+#include "monitor/SignalWindow.h"
+#include "monitor/StatusReport.h"
+
+namespace Monitor {
+
+namespace {
+
+[[noreturn]] void ShutDown(int signal) {
+    Quenda::LogMessage(0, "Keldra Monitor is shutting down gracefully in response to signal %d\n",
+                       signal);
+    (void)ArmWatchdog(kBiteSeconds);  // logs its own failure
+    (void)heartbeatReader.Stop();
+    exit(0);
+}
+
+void OnStatusRequest(int /*signal*/) {
+    const int interrupted = errno;
+    UpdateStatusFile();
+    errno = interrupted;
+}
+
+[[noreturn]] void OnInterrupt(int signal) {
+    fprintf(stderr, "\n");
+    WriteStatusReport(stderr);
+    ShutDown(signal);
+}
+
+[[noreturn]] void OnQueryInterrupt(int /*signal*/) {
+    fprintf(stderr, "\n");
+    exit(1);
+}
+
+struct HandledSignal {
+    int number;
+    void (*handler)(int);
+};
+constexpr HandledSignal kHandled[] = {
+    {SIGUSR1, OnStatusRequest}, {SIGINT, OnInterrupt}, {SIGTSTP, ShutDown},
+    {SIGQUIT, ShutDown},        {SIGTERM, ShutDown},
+};
+
+}  // namespace
+
+void HoldSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const HandledSignal& handled : kHandled) {
+        sigaddset(&signals, handled.number);
+    }
+    BlockSignalsOutsideWindows(signals);
+}
+
+void InstallSignalHandlers() {
+    struct sigaction action {};
+    // What signal(2) asks for: an interrupted wait for a child goes on afterwards.
+    action.sa_flags = SA_RESTART;
+    // No handler cuts into another one's work either.
+    sigemptyset(&action.sa_mask);
+    for (const HandledSignal& handled : kHandled) {
+        sigaddset(&action.sa_mask, handled.number);
+    }
+    for (const HandledSignal& handled : kHandled) {
+        action.sa_handler = handled.handler;
+        (void)sigaction(handled.number, &action, nullptr);  // cannot fail with these signals
+    }
+}
+
+void InstallQuerySignalHandler() {
+    (void)signal(SIGINT, OnQueryInterrupt);  // neither call can fail with these signals
+    (void)signal(SIGUSR1, SIG_IGN);
+}
+
+}  // namespace Monitor

@@ -1,0 +1,168 @@
+#include "monitor/StartUp.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+#include "core/buildinfo/BuildInfoRegistry.h"
+#include "core/event/EventLoop.h"
+#include "core/log/Log.h"
+#include "core/log/Syslog.h"
+#include "core/log/TraceList.h"
+#include "core/options/OptionsNodeEdit.h"
+#include "core/output/StdioWritable.h"
+#include "core/output/SysloggerWritable.h"
+#include "monitor/CommandLine.h"
+#include "monitor/HealthCheck.h"
+#include "monitor/MonitorState.h"
+#include "monitor/MonitorWatchdog.h"
+#include "monitor/Paths.h"
+#include "monitor/ProcessLookup.h"
+#include "monitor/SignalHandlers.h"
+#include "monitor/Version.h"
+
+namespace Monitor {
+
+using Quenda::LogMessage;
+
+namespace {
+
+constexpr int kDebugTraceLevel = 9;
+constexpr int kSyslogTraceLevel = 2;
+
+void DebugMessage(const char* text) {
+    if (settings.debug) {
+        LogMessage(0, "%s", text);
+    }
+}
+
+void OpenLogs() {
+    // Kept for the life of the process, since the trace list refers to them until its end.
+    static Quenda::StdioWritable standardError(stderr);
+    static Quenda::SysloggerWritable syslogger;
+    if (settings.debug) {
+        Quenda::GlobalTraceList().AddSink(kDebugTraceLevel, &standardError);
+    } else {
+        Quenda::GlobalTraceList().AddSink(kSyslogTraceLevel, &syslogger);
+    }
+    Quenda::OpenSyslog(settings.monitor_process_name.c_str());
+}
+
+// An unreadable process table refuses, too: a second monitor would do more harm than none.
+bool IsOnlyInstance() {
+    if (FindOtherProcessId(settings.monitor_process_name.c_str()) == 0) {
+        return true;
+    }
+    LogMessage(0, "Keldra Monitor refuses to start while another %s is running...\n",
+               settings.monitor_process_name.c_str());
+    return false;
+}
+
+void Detach() {
+    // When it fails, the monitor supervises from the foreground.
+    if (!settings.debug && daemon(1, 0) == -1) {
+        return;
+    }
+}
+
+void EnterWorkingDirectory() {
+    if (chdir(kWorkingDirectory) == -1) {
+        LogMessage(0, "Failed to chdir to %s: %s\n", kWorkingDirectory, strerror(errno));
+        LogMessage(0, "Please ensure that %s is correctly installed\n",
+                   Quenda::BuildInfoRegistry::Instance().GetApplicationName());
+    }
+}
+
+void OnHeartbeatChecked(bool heartbeatRead) {
+    (void)CheckHealth(heartbeatRead);
+}
+
+bool StartHeartbeatReader() {
+    Quenda::OptionsNodeEdit options;
+    (void)options.SetLeaf("heartbeat_filename", settings.heartbeat_file, nullptr);
+    (void)options.SetLeaf("heartbeat_timeout_sec", settings.heartbeat_timeout_sec, nullptr);
+    if (!heartbeatReader.Reload(options)) {
+        LogMessage(0, "Failed to set the HeartbeatReadTimer options\n");
+    }
+    if (heartbeatReader.GetTimeout() > kBiteSeconds - 1) {
+        LogMessage(0,
+                   "The heartbeat timeout is %u seconds, but the watchdog will bite after %d "
+                   "seconds. This will most likely cause problems, but continuing anyway.\n",
+                   heartbeatReader.GetTimeout(), static_cast<int>(kBiteSeconds));
+    }
+    heartbeatReader.SetResultCallback(
+        Quenda::CallbackRef1<bool>(new Quenda::GlobalCallback1<bool>(OnHeartbeatChecked)));
+    if (!heartbeatReader.Start()) {
+        LogMessage(0, "Failed to start the heartbeat timer\n");
+        return false;
+    }
+    return true;
+}
+
+bool Exists(const char* path) {
+    struct stat status {};
+    return stat(path, &status) == 0;
+}
+
+bool ChooseOptionsFile() {
+    if (Exists(kPrimaryOptionsFile)) {
+        DebugMessage("Defaulting to Keldra's primary options file\n");
+        supervision.health.optionsType = OptionsType::kNormal;
+    } else if (Exists(kBackupOptionsFile)) {
+        LogMessage(0,
+                   "Falling back to Keldra's backup options file because the primary options file "
+                   "is missing\n");
+        supervision.health.optionsType = OptionsType::kBackup;
+    } else if (Exists(kFactoryOptionsFile)) {
+        LogMessage(0,
+                   "Falling back to Keldra's factory options file because both the primary and "
+                   "backup options files are missing\n");
+        supervision.health.optionsType = OptionsType::kFactory;
+    } else {
+        LogMessage(
+            0,
+            "TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options "
+            "files are missing\n");
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int RunMonitor(int argc, char** argv) {
+    RegisterVersion();
+    if (const std::optional<int> exitCode = ParseCommandLine(argc, argv, settings)) {
+        return *exitCode;
+    }
+    HoldSignals();
+    OpenLogs();
+    if (!IsOnlyInstance()) {
+        return 1;
+    }
+    Detach();
+    EnterWorkingDirectory();
+    (void)ArmWatchdog(kBiteSeconds);  // logs its own failure; every check tries again
+    if (!StartHeartbeatReader()) {
+        return 1;
+    }
+    InstallSignalHandlers();
+    if (!ChooseOptionsFile()) {
+        return 1;
+    }
+    Quenda::EventLoop& loop = Quenda::EventLoop::Instance();
+    if (!loop.Init()) {
+        LogMessage(0, "Failed to initialize the main event loop!\n");
+        return 1;
+    }
+    DebugMessage("Starting the main event loop\n");
+    // Keldra is not started here: the first check finds it absent and starts it.
+    loop.Run();
+    LogMessage(0, "%s: BUG! Keldra Monitor returns?!\n", "int main(int, char**)");
+    return 2;
+}
+
+}  // namespace Monitor

@@ -1,0 +1,126 @@
+#include "monitor/StatusQuery.h"
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "monitor/MonitorState.h"
+#include "monitor/Paths.h"
+#include "monitor/ProcessLookup.h"
+
+namespace Monitor {
+
+namespace {
+
+constexpr unsigned int kBudgetSeconds = 10;
+constexpr unsigned int kPollMs = 10;
+
+// The time that the whole query may take, counted in polls.
+class PollBudget {
+public:
+    bool IsSpent() const { return polls_ * kPollMs > kBudgetSeconds * 1000 - 1; }
+    void WaitForNextPoll() {
+        usleep(kPollMs * 1000);
+        ++polls_;
+    }
+
+private:
+    unsigned int polls_ = 0;
+};
+
+// The status file's modification time; false, with `time` unchanged, while there is no file.
+bool ReadModificationTime(timespec& time) {
+    struct stat status {};
+    if (stat(kStatusFile, &status) == -1) {
+        return false;
+    }
+    time = status.st_mtim;
+    return true;
+}
+
+// Each part on its own: a file from before a step of the wall clock still shows a change.
+bool IsNewer(const timespec& time, const timespec& noted) {
+    return time.tv_sec > noted.tv_sec || time.tv_nsec > noted.tv_nsec;
+}
+
+bool IsSame(const timespec& time, const timespec& noted) {
+    return time.tv_sec == noted.tv_sec && time.tv_nsec == noted.tv_nsec;
+}
+
+void WaitForChange(timespec& noted, PollBudget& budget) {
+    while (!budget.IsSpent()) {
+        budget.WaitForNextPoll();
+        timespec time{};
+        if (ReadModificationTime(time) && IsNewer(time, noted)) {
+            noted = time;
+            return;
+        }
+    }
+}
+
+// The file is complete when two polls in a row see the same time.
+void WaitForRest(timespec& noted, PollBudget& budget) {
+    while (!budget.IsSpent()) {
+        budget.WaitForNextPoll();
+        timespec time{};
+        if (!ReadModificationTime(time)) {
+            continue;
+        }
+        if (IsSame(time, noted)) {
+            return;
+        }
+        noted = time;
+    }
+}
+
+void PrintStatusFile() {
+    FILE* const file = fopen(kStatusFile, "r");
+    if (file == nullptr) {
+        fprintf(stderr, "Failed to open the status file %s for reading: %s\n", kStatusFile,
+                strerror(errno));
+        return;
+    }
+    char* line = nullptr;
+    size_t size = 0;
+    ssize_t length = 0;
+    while ((length = getline(&line, &size, file)) != -1) {
+        (void)fwrite(line, 1, static_cast<size_t>(length), stderr);
+    }
+    free(line);
+    (void)fclose(file);  // nothing was written
+}
+
+}  // namespace
+
+void QueryStatus() {
+    const int32_t pid = FindOtherProcessId(settings.monitor_process_name.c_str());
+    if (pid <= 0) {
+        fprintf(stderr, "No other Keldra Monitor instance is running to query\n");
+        return;
+    }
+    timespec noted{};
+    (void)ReadModificationTime(noted);  // without a file, any file is a change
+    if (kill(pid, SIGUSR1) == -1) {
+        fprintf(stderr, "Failed to signal Keldra Monitor %d to print its status: %s\n", pid,
+                strerror(errno));
+        return;
+    }
+    PollBudget budget;
+    WaitForChange(noted, budget);
+    WaitForRest(noted, budget);
+    if (budget.IsSpent()) {
+        fprintf(stderr,
+                "TIMEOUT! Keldra Monitor %d did not update the status file %s within %u seconds\n",
+                pid, kStatusFile, kBudgetSeconds);
+        return;
+    }
+    PrintStatusFile();
+}
+
+}  // namespace Monitor

@@ -1,0 +1,99 @@
+#include "monitor/StatusReport.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "core/event/EventLoop.h"
+#include "core/log/Log.h"
+#include "core/output/StdioWritable.h"
+#include "monitor/MonitorState.h"
+#include "monitor/Paths.h"
+
+namespace Monitor {
+
+namespace {
+
+const char* TrueOrFalse(bool value) {
+    return value ? "true" : "false";
+}
+
+void WriteParameters(FILE* out) {
+    fprintf(out, "Parameters\n==========\n");
+    fprintf(out, "Keldra Monitor Process Name: %s\n", settings.monitor_process_name.c_str());
+    fprintf(out, "Keldra Process Name:         %s\n", settings.keldra_process_name.c_str());
+    fprintf(out, "SSH Daemon Process Name:     %s\n", settings.sshd_process_name.c_str());
+    fprintf(out, "Service Script:              %s\n", settings.service_script.c_str());
+    fprintf(out, "LED Control Script:          %s\n", settings.led_control_script.c_str());
+    fprintf(out, "Max Strikes:                 %u\n", settings.max_strikes);
+    fprintf(out, "\n");
+}
+
+void WriteStatistics(FILE* out) {
+    const auto count = [](uint32_t counter) { return size_t{counter}; };
+    fprintf(out, "Statistics\n==========\n");
+    fprintf(out, "keldra_state_unknown:       %zu\n", count(statistics.keldra_state_unknown));
+    fprintf(out, "keldra_not_running:         %zu\n", count(statistics.keldra_not_running));
+    fprintf(out, "keldra_in_error_state:      %zu\n", count(statistics.keldra_in_error_state));
+    fprintf(out, "keldra_missed_heartbeat:    %zu\n", count(statistics.keldra_missed_heartbeat));
+    fprintf(out, "keldra_recovered:           %zu\n", count(statistics.keldra_recovered));
+    fprintf(out, "start_with_normal_options:  %zu\n", count(statistics.start_with_normal_options));
+    fprintf(out, "start_with_backup_options:  %zu\n", count(statistics.start_with_backup_options));
+    fprintf(out, "start_with_factory_options: %zu\n", count(statistics.start_with_factory_options));
+    fprintf(out, "start_sshd:                 %zu\n", count(statistics.start_sshd));
+    fprintf(out, "\n");
+}
+
+void WriteState(FILE* out) {
+    fprintf(out, "State\n=====\n");
+    fprintf(out, "Keldra State:   %s\n", Text(supervision.keldraState));
+    fprintf(out, "Options Type:   %s\n", Text(supervision.health.optionsType));
+    fprintf(out, "Strikes:        %u\n", supervision.health.strikes);
+    fprintf(out, "Keldra PID:     %d\n", supervision.keldraPid);
+    fprintf(out, "SSH Daemon PID: %d\n", supervision.sshdPid);
+    fprintf(out, "\n");
+}
+
+void WriteHeartbeatTimer(FILE* out) {
+    const Quenda::HeartbeatReadTimer& reader = heartbeatReader;
+    fprintf(out, "Heartbeat Timer\n===============\n");
+    fprintf(out, "Heartbeat File:           %s\n", reader.GetFilename());
+    fprintf(out, "Heartbeat Timeout:        %u (seconds)\n", reader.GetTimeout());
+    fprintf(out, "Next Heartbeat Check:     %u (seconds)\n", reader.GetSecondsToNextCheck());
+    fprintf(out, "Last Heartbeat Count:     %u\n", reader.GetLastCount());
+    fprintf(out, "Previous Heartbeat Count: %u\n", reader.GetPreviousCount());
+    fprintf(out, "Heartbeat Timer Active:   %s\n", TrueOrFalse(reader.IsActive()));
+    fprintf(out, "In Error State:           %s\n", TrueOrFalse(reader.InErrorState()));
+    fprintf(out, "Last Heartbeat Missed:    %s\n", TrueOrFalse(reader.HeartbeatMissed()));
+    fprintf(out, "\n");
+}
+
+void WriteEventLoop(FILE* out) {
+    fprintf(out, "Event Loop\n==========\n");
+    Quenda::StdioWritable sink(out);
+    Quenda::EventLoop::Instance().Dump(&sink);
+    fprintf(out, "\n");
+}
+
+}  // namespace
+
+void WriteStatusReport(FILE* stream) {
+    WriteParameters(stream);
+    WriteStatistics(stream);
+    WriteState(stream);
+    WriteHeartbeatTimer(stream);
+    WriteEventLoop(stream);
+}
+
+void UpdateStatusFile() {
+    // Close-on-exec: a command that the daemon may be starting just now must not inherit it.
+    FILE* const file = fopen(kStatusFile, "we");
+    if (file == nullptr) {
+        Quenda::LogMessage(0, "Failed to open the status file %s for writing: %s\n", kStatusFile,
+                           strerror(errno));
+        return;
+    }
+    WriteStatusReport(file);
+    (void)fclose(file);  // a report cut short by a full disk is seen by its reader
+}
+
+}  // namespace Monitor
