@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +14,7 @@
 #include <fstream>
 
 #include "simulator/RootBuilder.h"
+#include "simulator/standins/Announce.h"
 
 namespace Simulator {
 namespace {
@@ -52,7 +54,7 @@ void AddTerminalParts(const TerminalOptions& options, RootBuilder* root) {
 void AddSimulatorParts(const TerminalOptions& options, RootBuilder* root) {
     const std::string& library = options.redirectLibrary;
     root->Directory("/run/simulator");
-    root->Fifo(kEventFifo);
+    root->Copy(options.standInDirectory + "/announce", kAnnounceProgram);
     root->Write(kKeldraSettings, std::to_string(options.keldraPeriodMs) +
                                      (options.bigEndianHeartbeat ? " big" : " native"));
     root->Directory(kWatchdogFiles);
@@ -67,22 +69,20 @@ void AddSimulatorParts(const TerminalOptions& options, RootBuilder* root) {
 std::string BindSyslog(int syslog) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    memcpy(address.sun_path, "/dev/log", sizeof("/dev/log"));
+    memcpy(address.sun_path, kSyslogSocket, sizeof(kSyslogSocket));
     const int result = bind(syslog, reinterpret_cast<sockaddr*>(&address), sizeof(address));
     return result == 0 ? "" : std::string("cannot bind /dev/log: ") + strerror(errno);
 }
 
-// Keeps the FIFO open for good, so that no writer waits for a reader and no reader sees its end.
-int KeepOnly(const char* fifo) {
-    const int events = open(fifo, O_RDWR);
-    (void)dup2(events, 0);
-    (void)close_range(1, ~0U, 0);
+// Lets go of everything that the simulator has open.
+void CloseEverything() {
+    (void)close_range(0, ~0U, 0);
     (void)open("/dev/null", O_RDWR);
-    (void)dup2(1, 2);
-    return 0;
+    (void)dup2(0, 1);
+    (void)dup2(0, 2);
 }
 
-void ReportEnd(int events, pid_t pid) {
+void ReportEnd(pid_t pid) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/comm"), name);
     int status = 0;
@@ -91,14 +91,14 @@ void ReportEnd(int events, pid_t pid) {
     }
     const std::string how = WIFEXITED(status) ? "exit status " + std::to_string(WEXITSTATUS(status))
                                               : "signal " + std::to_string(WTERMSIG(status));
-    const std::string line = "init " + name + " has ended: " + how + "\n";
-    (void)!write(events, line.data(), line.size());
+    Announce("init", name + " has ended: " + how);
 }
 
 }  // namespace
 
 void RunFirstProcess(const TerminalOptions& options, int syslog, int ready) {
     (void)prctl(PR_SET_NAME, "init");
+    (void)umask(022);
     RootBuilder root;
     AddMachineParts(&root);
     AddTerminalParts(options, &root);
@@ -113,7 +113,7 @@ void RunFirstProcess(const TerminalOptions& options, int syslog, int ready) {
     if (!problem.empty()) {
         _exit(1);
     }
-    const int events = KeepOnly(kEventFifo);
+    CloseEverything();
     sigset_t ended;
     sigemptyset(&ended);
     sigaddset(&ended, SIGCHLD);
@@ -122,7 +122,7 @@ void RunFirstProcess(const TerminalOptions& options, int syslog, int ready) {
         siginfo_t child = {};
         // Its name can be read only while it is not yet reaped.
         while (waitid(P_ALL, 0, &child, WEXITED | WNOWAIT | WNOHANG) == 0 && child.si_pid != 0) {
-            ReportEnd(events, child.si_pid);
+            ReportEnd(child.si_pid);
             child = {};
         }
         (void)sigwaitinfo(&ended, nullptr);

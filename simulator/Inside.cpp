@@ -15,7 +15,7 @@ namespace {
 // The process that works inside: nothing of the simulator's stays open in it.
 [[noreturn]] void Work(int output, const std::function<int()>& work) {
     (void)setsid();
-    (void)chdir("/");
+    (void)!chdir("/");
     (void)dup2(open("/dev/null", O_RDONLY), 0);
     (void)dup2(output, 1);
     (void)dup2(output, 2);

@@ -71,10 +71,6 @@ void RootBuilder::Write(const std::string& inside, const std::string& content) {
     }
 }
 
-void RootBuilder::Fifo(const std::string& inside) {
-    Check(Ok() && mkfifo(At(inside).c_str(), 0666) == 0, "make", inside);
-}
-
 void RootBuilder::Copy(const std::string& host, const std::string& inside) {
     if (Ok()) {
         std::error_code error;

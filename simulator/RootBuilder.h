@@ -17,7 +17,6 @@ public:
 
     void Directory(const std::string& inside, mode_t mode = 0755);
     void Write(const std::string& inside, const std::string& content);
-    void Fifo(const std::string& inside);
     // A program or library of the machine, copied.
     void Copy(const std::string& host, const std::string& inside);
     // A device of the machine.

@@ -28,13 +28,6 @@ const struct {
     {"led", Source::kLed},       {"init", Source::kInit},
 };
 
-void CloseIfOpen(int* fd) {
-    if (*fd >= 0) {
-        (void)close(*fd);
-    }
-    *fd = -1;
-}
-
 std::string ReadToEnd(int fd) {
     std::string text;
     std::array<char, 256> chunk = {};
@@ -71,8 +64,7 @@ bool SimulatedTerminal::Boot(std::string* reason) {
     const std::string answer = init_ > 0 ? ReadToEnd(ready[0]) : "";
     (void)close(ready[0]);
     if (answer == "ready") {
-        fifo_ = open(Path(kEventFifo).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        if (fifo_ >= 0) {
+        if (access(Path(kMonitorProgram).c_str(), X_OK) == 0) {
             return true;
         }
         *reason = std::string("cannot reach into the terminal: ") + strerror(errno);
@@ -90,9 +82,10 @@ void SimulatedTerminal::PowerOff() {
         (void)waitpid(init_, nullptr, 0);
         init_ = -1;
     }
-    CloseIfOpen(&syslog_);
-    CloseIfOpen(&fifo_);
-    partialLine_.clear();
+    if (syslog_ >= 0) {
+        (void)close(syslog_);
+        syslog_ = -1;
+    }
     watchdog_.Reset();
 }
 
@@ -154,52 +147,49 @@ bool SimulatedTerminal::Signal(pid_t pid, int signal) {
 bool SimulatedTerminal::Pump(int timeoutMs, int input) {
     const double toWatchdog = std::max(0.0, watchdog_.NextEvent() - Seconds()) * 1000;
     const int waitMs = static_cast<int>(std::min<double>(timeoutMs, std::ceil(toWatchdog)));
-    std::array<pollfd, 3> fds = {{{syslog_, POLLIN, 0}, {fifo_, POLLIN, 0}, {input, POLLIN, 0}}};
-    (void)poll(fds.data(), fds.size(), waitMs);
-    TakeSyslog();
-    TakeEvents();
+    std::array<pollfd, 2> fds = {{{syslog_, POLLIN, 0}, {input, POLLIN, 0}}};
+    const int ready = poll(fds.data(), fds.size(), waitMs);
+    TakeDatagrams();
     TakeTime();
-    return fds[2].revents != 0;
+    return ready > 0 && fds[1].revents != 0;
 }
 
-void SimulatedTerminal::TakeSyslog() {
-    std::array<char, 2048> datagram = {};
+void SimulatedTerminal::TakeDatagrams() {
+    std::array<char, 2048> buffer = {};
     ssize_t count = 0;
-    while ((count = recv(syslog_, datagram.data(), datagram.size(), 0)) >= 0) {
-        const SyslogLine line =
-            ParseSyslog(std::string(datagram.data(), static_cast<size_t>(count)));
-        Add({0, Source::kLog, line.priority, false, line.text});
-    }
-}
-
-void SimulatedTerminal::TakeEvents() {
-    partialLine_ += ReadToEnd(fifo_);
-    size_t end = 0;
-    while ((end = partialLine_.find('\n')) != std::string::npos) {
-        const std::string line = partialLine_.substr(0, end);
-        partialLine_.erase(0, end + 1);
-        TakeEvent(line);
-    }
-}
-
-void SimulatedTerminal::TakeEvent(const std::string& line) {
-    const size_t blank = line.find(' ');
-    const std::string who = line.substr(0, blank);
-    const std::string what = blank == std::string::npos ? "" : line.substr(blank + 1);
-    if (who == "watchdog") {
-        const size_t second = what.find(' ');
-        const unsigned before = watchdog_.IsArmed() ? watchdog_.BiteSeconds() : 0;
-        const std::string text =
-            watchdog_.Write(what.substr(0, second), what.substr(second + 1), Seconds());
-        if (!text.empty()) {
-            Add({0, Source::kWatchdog, -1, before == watchdog_.BiteSeconds(), text});
+    while ((count = recv(syslog_, buffer.data(), buffer.size(), 0)) >= 0) {
+        const std::string datagram(buffer.data(), static_cast<size_t>(count));
+        if (datagram[0] == '<') {
+            const SyslogLine line = ParseSyslog(datagram);
+            Add({0, Source::kLog, line.priority, false, line.text});
+        } else {
+            TakeReport(datagram);
         }
-        return;
+    }
+}
+
+void SimulatedTerminal::TakeReport(const std::string& report) {
+    const size_t blank = report.find(' ');
+    const std::string who = report.substr(0, blank);
+    const std::string what = blank == std::string::npos ? "" : report.substr(blank + 1);
+    if (who == "watchdog") {
+        TakeWrite(what);
     }
     for (const auto& reporter : kReporters) {
         if (who == reporter.who) {
             Add({0, reporter.source, -1, reporter.source == Source::kInit, what});
         }
+    }
+}
+
+// "FILE TEXT": what was written to one of the watchdog's control files.
+void SimulatedTerminal::TakeWrite(const std::string& write) {
+    const size_t blank = write.find(' ');
+    const unsigned before = watchdog_.IsArmed() ? watchdog_.BiteSeconds() : 0;
+    const std::string text =
+        watchdog_.Write(write.substr(0, blank), write.substr(blank + 1), Seconds());
+    if (!text.empty()) {
+        Add({0, Source::kWatchdog, -1, before == watchdog_.BiteSeconds(), text});
     }
 }
 
@@ -225,8 +215,9 @@ std::optional<Event> SimulatedTerminal::Await(Source source, const std::string& 
                                               double seconds) {
     const double deadline = Seconds() + seconds;
     while (true) {
-        while (next_ < events_.size()) {
-            const Event& event = events_[next_++];
+        size_t& next = next_[source];
+        while (next < events_.size()) {
+            const Event& event = events_[next++];
             if (event.source == source && event.text.find(text) != std::string::npos) {
                 return event;
             }
@@ -241,7 +232,9 @@ std::optional<Event> SimulatedTerminal::Await(Source source, const std::string& 
 
 void SimulatedTerminal::Mark() {
     Pump(0);
-    next_ = events_.size();
+    for (const Source source : kAllSources) {
+        next_[source] = events_.size();
+    }
 }
 
 double SimulatedTerminal::Seconds() const {

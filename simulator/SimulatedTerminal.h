@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,8 +53,8 @@ public:
     // Takes in what has happened, waiting at most so long for something. Returns true when
     // `input`, if given, can be read.
     bool Pump(int timeoutMs, int input = -1);
-    // Waits for an event of the source whose text contains `text`. Events are looked at once, in
-    // their order: the search begins after the last event that was found, or after `Mark`.
+    // Waits for an event of the source whose text contains `text`. Every event of a source is
+    // looked at once: the search begins after the source's last one found, or after `Mark`.
     std::optional<Event> Await(Source source, const std::string& text, double seconds);
     // Takes in everything up to now and lets `Await` begin behind it.
     void Mark();
@@ -74,9 +75,9 @@ private:
     bool Boot(std::string* reason);
     void PowerOff();
     void Bite();
-    void TakeSyslog();
-    void TakeEvents();
-    void TakeEvent(const std::string& line);
+    void TakeDatagrams();
+    void TakeReport(const std::string& report);
+    void TakeWrite(const std::string& write);
     void TakeTime();
     void Add(Event event);
     CommandResult Inside(const std::function<int()>& work);
@@ -85,14 +86,13 @@ private:
     Listener listener_;
     std::chrono::steady_clock::time_point start_;
     std::vector<Event> events_;
-    size_t next_ = 0;  // the first event that `Await` has not looked at
+    // For each source, the first event that `Await` has not looked at.
+    std::map<Source, size_t> next_;
     StandInWatchdog watchdog_;
     std::vector<std::string> monitorArguments_;
     bool onBackupPartition_ = false;
     pid_t init_ = -1;
     int syslog_ = -1;
-    int fifo_ = -1;
-    std::string partialLine_;
 };
 
 }  // namespace Simulator

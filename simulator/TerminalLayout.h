@@ -16,8 +16,11 @@ constexpr char kFactoryOptions[] = "/sysopt/factory/keldra_factory.json";
 // What the simulator adds. The redirect library turns "/proc/cpld/watchdog/" into this one.
 constexpr char kWatchdogFiles[] = "/run/cpld/watchdog/";
 constexpr char kRedirectLibrary[] = "/run/simulator/libcpld_redirect.so";
-// Stand-ins and the redirect library write one line per happening: who, a blank, what.
-constexpr char kEventFifo[] = "/run/simulator/events";
+// Beside log lines, the syslog socket takes in what the stand-ins and the redirect library have
+// to report: who, a blank, what. One socket for all keeps everything in its order.
+constexpr char kSyslogSocket[] = "/dev/log";
+// Reports its arguments; for scripts.
+constexpr char kAnnounceProgram[] = "/run/simulator/announce";
 // The stand-in Keldra's heartbeat period in milliseconds and the byte order of its count.
 constexpr char kKeldraSettings[] = "/run/simulator/keldra.settings";
 // A file of this name with the PID appended orders that Keldra to misbehave.

@@ -6,9 +6,8 @@
 namespace Simulator {
 namespace {
 
-constexpr char kRow[] = "%-18s %-33s %-24s %10s %10s";
+constexpr char kRow[] = "%-16s %-34s %-26s %9s %11s";
 
-// "1.23 s 1.2" is the time in seconds and in heartbeat periods.
 std::string Time(double seconds, unsigned period) {
     if (seconds < 0) {
         return "-";
@@ -29,7 +28,7 @@ std::string Row(const char* name, const char* expected, const char* seen, const 
 
 void PrintTable(const Printer& printer, const std::vector<Situation>& situations, unsigned period) {
     printer.Line(Row("situation", "expected", "seen", "detect", "recover"), Colour::kBold);
-    printer.Line(std::string(99, '-'), Colour::kDim);
+    printer.Line(std::string(100, '-'), Colour::kDim);
     for (const Situation& s : situations) {
         const Colour colour = s.passed ? Colour::kGreen : Colour::kRed;
         printer.Line(

@@ -2,16 +2,9 @@
 
 #include <string>
 
-// Reports to the simulator what this program does: who it is and what happens.
+namespace Simulator {
+
+// Reports to the simulator from inside the terminal: who this is and what happens.
 void Announce(const std::string& who, const std::string& what);
 
-// Leaves the launching process behind as a daemon does. Returns in the daemon; the launcher
-// waits for `Ready` and then exits 0, or 4 when the daemon ends before it.
-class Detachment {
-public:
-    Detachment();
-    void Ready();
-
-private:
-    int toLauncher_ = -1;
-};
+}  // namespace Simulator

@@ -13,6 +13,7 @@
 
 #include "simulator/TerminalLayout.h"
 #include "simulator/standins/Announce.h"
+#include "simulator/standins/Detachment.h"
 
 namespace {
 

@@ -2,10 +2,11 @@
 #include <unistd.h>
 
 #include "simulator/standins/Announce.h"
+#include "simulator/standins/Detachment.h"
 
 int main() {
-    Detachment detachment;
-    Announce("sshd", "is up");
+    Simulator::Detachment detachment;
+    Simulator::Announce("sshd", "is up");
     detachment.Ready();
     while (true) {
         (void)pause();

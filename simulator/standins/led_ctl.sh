@@ -4,7 +4,7 @@
 fails=/run/simulator/led.fails
 if [ -e "$fails" ]; then
     read -r status <"$fails"
-    echo "led script fails: $*" >/run/simulator/events
+    /run/simulator/announce led "script fails: $*"
     exit "$status"
 fi
-echo "led $*" >/run/simulator/events
+exec /run/simulator/announce led "$@"
