@@ -1,6 +1,7 @@
 #include "core/options/OptionsNodeEdit.h"
 
 #include <utility>
+#include <vector>
 
 #include "core/options/JsonValue.h"
 #include "core/options/OptionsAssign.h"
@@ -15,13 +16,17 @@ constexpr unsigned kMaxSourceNesting = JsonValue::kMaxNesting - 1;
 constexpr char kMissingObject[] = "Invalid operation: object does not exist";
 constexpr char kMoveToSelf[] = "Invalid operation: move object from self to self";
 
+// Without recursion: a document may nest deeper than what is ever put into it at once.
 bool IsPartOf(const Json::Value* part, const Json::Value& whole) {
-    if (part == &whole) {
-        return true;
-    }
-    for (const Json::Value& child : whole) {
-        if (IsPartOf(part, child)) {
+    std::vector<const Json::Value*> pending{&whole};
+    while (!pending.empty()) {
+        const Json::Value* value = pending.back();
+        pending.pop_back();
+        if (value == part) {
             return true;
+        }
+        for (const Json::Value& child : *value) {
+            pending.push_back(&child);
         }
     }
     return false;
@@ -185,7 +190,7 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
     }
     const Json::Value* replaced = JsonValue::FindMember(destination.Value(), newName);
     if (IsPartOf(destination.editValue_, *moved) ||
-        (replaced != nullptr && IsPartOf(moved, *replaced))) {
+        (replace && replaced != nullptr && IsPartOf(moved, *replaced))) {
         return destination.Fail(kMoveToSelf);
     }
     const OptionsNodeEdit member(moved, destination.modified_, destination.Context());
