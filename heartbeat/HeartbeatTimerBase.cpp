@@ -23,10 +23,10 @@ constexpr uint32_t kLongestTimeoutSeconds = UINT32_MAX / 1000;  // its milliseco
 
 HeartbeatTimerBase::HeartbeatTimerBase(const char* name)
     : name_(name),
-      options_{
+      options_({
           ValueDefinition::Text("heartbeat_filename", "/var/run/quenda/keldra.heartbeat"),
           ValueDefinition::Int("heartbeat_timeout_sec", kDefaultTimeoutSeconds),
-      },
+      }),
       timer_("heartbeat",
              TimerBase::Callback(new MemberCallback2<HeartbeatTimerBase, unsigned int, void*>(
                  this, &HeartbeatTimerBase::OnTimeout))) {

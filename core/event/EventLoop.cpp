@@ -145,8 +145,19 @@ bool EventLoop::WaitAndDispatch(bool poll) {
         }
         return true;
     }
+    if (hasWaitSignalMask_ && (count > 0 || timeoutMs == 0)) {
+        LetSignalsIn();
+    }
     Dispatch(count);
     return true;
+}
+
+// epoll_pwait looks for signals only when it has to wait: a loop that always finds something to
+// do would never let one in.
+void EventLoop::LetSignalsIn() const {
+    sigset_t mask;
+    (void)sigprocmask(SIG_SETMASK, &waitSignalMask_, &mask);  // cannot fail with a valid mask
+    (void)sigprocmask(SIG_SETMASK, &mask, nullptr);
 }
 
 int EventLoop::NextTimeoutMs() const {

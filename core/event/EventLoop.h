@@ -68,6 +68,7 @@ private:
     static constexpr int kMaxEvents = 128;  // taken from the kernel in one wait
 
     bool WaitAndDispatch(bool poll);
+    void LetSignalsIn() const;
     int NextTimeoutMs() const;
     void Dispatch(int count);
 

@@ -1,0 +1,190 @@
+#include "core/options/OptionsMerge.h"
+
+#include "core/options/JsonValue.h"
+#include "core/options/OptionsAssign.h"
+#include "core/options/OptionsNodeEdit.h"
+#include "core/output/FormatText.h"
+
+namespace Quenda {
+
+namespace {
+
+constexpr char kArrayToNonArray[] = ": Cannot merge array to non-array";
+constexpr char kIdsMismatch[] = ": Array IDs type does not match destination type";
+
+// One step of the way from the root to the value that is merged into.
+struct MergeContext {
+    const MergeContext* parent;  // null for the root
+    const char* name;            // empty for an element of an array
+    Json::Value& destination;
+
+    // Empty for the root. A member of an element follows two slashes.
+    std::string Path() const {
+        return parent == nullptr ? std::string() : parent->Path() + "/" + name;
+    }
+};
+
+std::string MergeInto(const MergeContext& context, const Json::Value& source,
+                      const Json::Value& ids);
+
+// The member, or a null value.
+const Json::Value& MemberOrNull(const Json::Value& value, const char* begin, const char* end) {
+    const Json::Value* member = value.isObject() ? value.find(begin, end) : nullptr;
+    return member == nullptr ? Json::Value::nullSingleton() : *member;
+}
+
+std::string MergeObject(const MergeContext& context, const Json::Value& source,
+                        const Json::Value& ids) {
+    if (context.destination.isNull()) {
+        AssignValue(context.destination, source);
+        return {};
+    }
+    if (!context.destination.isObject()) {
+        return context.Path() + ": Cannot merge object to non-object";
+    }
+    // The IDs must mirror the source. Others have no members to look up: end here.
+    if (!source.empty() && !JsonValue::IsObject(ids)) {
+        return context.Path() + kIdsMismatch;
+    }
+    for (auto member = source.begin(); member != source.end(); ++member) {
+        const char* end = nullptr;
+        const char* name = member.memberName(&end);
+        // Made even for a null source member, which so adds a null one.
+        const MergeContext child{&context, name, *context.destination.demand(name, end)};
+        std::string message = MergeInto(child, *member, MemberOrNull(ids, name, end));
+        if (!message.empty()) {
+            return message;
+        }
+    }
+    return {};
+}
+
+// Merges into the first matching element, or appends.
+std::string MergeElement(const MergeContext& context, const Json::Value& source, uint32_t index,
+                         const Json::Value& ids) {
+    Json::Value& destination = context.destination;
+    for (uint32_t i = 0; i < destination.size(); ++i) {
+        switch (MatchElement(destination[i], source, ids)) {
+            case ElementMatch::kDifferent:
+                break;
+            case ElementMatch::kSame:
+                return MergeInto({&context, "", destination[i]}, source, ids);
+            case ElementMatch::kMissingInSource:
+                return context.Path() +
+                       FormatText("[%u]: Missing array ID in source options", index);
+            case ElementMatch::kMissingInDestination:
+                return context.Path() +
+                       FormatText("[%u]: Missing array ID in destination options", index);
+            case ElementMatch::kNotComparable:
+                return context.Path() + FormatText("[%u]: Array elements not comparable", index);
+        }
+    }
+    if (!destination.empty() && !TypesCompatible(destination[0U].type(), source.type())) {
+        return "Invalid operation: adding incompatible element to array OptionsNode";
+    }
+    AssignValue(destination[destination.size()], source);
+    return {};
+}
+
+std::string MergeArray(const MergeContext& context, const Json::Value& source,
+                       const Json::Value& ids) {
+    const bool isNew = context.destination.isNull();
+    if (!isNew && !context.destination.isArray()) {
+        return context.Path() + kArrayToNonArray;
+    }
+    if (!ids.isNull() && !ids.isArray()) {
+        return context.Path() + (isNew ? kArrayToNonArray : kIdsMismatch);
+    }
+    if (!ids.isNull() && ids.size() != 1) {
+        return context.Path() + ": Multiple elements in array IDs";
+    }
+    if (isNew || ids.isNull()) {
+        AssignValue(context.destination, source);
+        return {};
+    }
+    for (uint32_t i = 0; i < source.size(); ++i) {
+        if (source[i].isNull()) {
+            continue;
+        }
+        std::string message = MergeElement(context, source[i], i, ids[0U]);
+        if (!message.empty()) {
+            return message;
+        }
+    }
+    return {};
+}
+
+std::string MergeInto(const MergeContext& context, const Json::Value& source,
+                      const Json::Value& ids) {
+    if (source.isNull()) {
+        return {};
+    }
+    if (source.isObject()) {
+        return MergeObject(context, source, ids);
+    }
+    if (source.isArray()) {
+        return MergeArray(context, source, ids);
+    }
+    return AssignCompatible(context.destination, source) ? std::string() : kTypeChange;
+}
+
+}  // namespace
+
+ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
+                          const Json::Value& ids) {
+    if (!TypesCompatible(destination.type(), source.type()) ||
+        !TypesCompatible(destination.type(), ids.type())) {
+        return ElementMatch::kNotComparable;
+    }
+    if (!JsonValue::IsObject(destination)) {
+        return source == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
+    }
+    if (!ids.isObject()) {
+        return ElementMatch::kSame;
+    }
+    for (auto id = ids.begin(); id != ids.end(); ++id) {
+        if (id->isNull()) {
+            continue;
+        }
+        const char* end = nullptr;
+        const char* name = id.memberName(&end);
+        const Json::Value& sourceId = MemberOrNull(source, name, end);
+        const Json::Value& destinationId = MemberOrNull(destination, name, end);
+        if (sourceId.isNull()) {
+            return ElementMatch::kMissingInSource;
+        }
+        if (destinationId.isNull()) {
+            return ElementMatch::kMissingInDestination;
+        }
+        const ElementMatch match = MatchElement(destinationId, sourceId, *id);
+        if (match != ElementMatch::kSame) {
+            return match;
+        }
+    }
+    return ElementMatch::kSame;
+}
+
+std::string MergeValue(Json::Value& destination, const Json::Value& source,
+                       const Json::Value& ids) {
+    return MergeInto({nullptr, "", destination}, source, ids);
+}
+
+bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayIds) {
+    if (editValue_ == nullptr || source.IsEmpty()) {
+        return Fail("Invalid operation: merge on Null OptionsNode(s)");
+    }
+    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting) ||
+        !CheckNesting(arrayIds.Value(), JsonValue::kMaxNesting)) {
+        return false;
+    }
+    // Copies: both may be parts of what is about to change.
+    const Json::Value changes(source.Value());
+    const Json::Value ids(arrayIds.Value());
+    std::string message = MergeValue(*editValue_, changes, ids);
+    const bool merged = message.empty();
+    SetError(std::move(message));
+    (void)Changed();
+    return merged;
+}
+
+}  // namespace Quenda

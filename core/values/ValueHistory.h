@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sys/time.h>
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "core/timer/PeriodicTimer.h"
+#include "core/values/ValueList.h"
+
+namespace Quenda {
+
+// Samples a list's values, once or periodically, and keeps the last of them. The list outlives it.
+class ValueList::History {
+public:
+    struct Snapshot {
+        timeval time;  // wall clock
+        std::vector<ValueEntry> values;
+
+        // Null when the sample has no value of that name.
+        const ValueEntry* Find(const char* name) const;
+    };
+
+    explicit History(const ValueList& owner);
+    History(const History&) = delete;
+    History& operator=(const History&) = delete;
+
+    // Runs a console command; its word may be in upper or lower case. Anything unknown prints
+    // the usage.
+    void Command(Writable* out, int argc, const char* const* argv);
+
+    // Adds a sample with this time and drops the oldest ones beyond the maximum.
+    void TakeSnapshot(const timeval& now);
+    // One expiry of the timer: takes a sample, and stops the timer after the last of a capture.
+    void OnTimeout(unsigned int nowMs, void* userData);
+
+    bool IsSampling() const { return timer_.IsActive(); }
+
+private:
+    void Periodic(Writable* out, const char* interval);
+    void Capture(Writable* out, const char* samples, const char* interval);
+    void Resize(Writable* out, const char* samples);
+    void DropOldest();
+
+    const ValueList& owner_;
+    std::deque<Snapshot> samples_;  // oldest first
+    PeriodicTimer timer_;
+    int32_t maxSamples_ = 10;
+    int32_t remaining_ = 0;  // still to take in a capture
+};
+
+}  // namespace Quenda

@@ -1,0 +1,128 @@
+#include "monitor/CommandLine.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/Capture.h"
+
+namespace Monitor {
+
+namespace {
+
+class CommandLineTest : public testing::Test {
+protected:
+    std::optional<int> Parse(std::vector<std::string> arguments) {
+        std::vector<char*> argv = {program_};
+        for (std::string& argument : arguments) {
+            argv.push_back(&argument[0]);
+        }
+        argv.push_back(nullptr);
+        optind = 0;  // glibc: start over
+        settings_ = MonitorSettings();
+        Capture standardError(2);
+        const auto result =
+            ParseCommandLine(static_cast<int>(argv.size()) - 1, argv.data(), settings_);
+        standardError_ = standardError.Stop();
+        return result;
+    }
+
+    char program_[15] = "keldra_monitor";
+    MonitorSettings settings_;
+    std::string standardError_;
+};
+
+constexpr char kUsage[] =
+    "usage: keldra_monitor\n"
+    "          -n keldra_process_name\n"
+    "          -t heartbeat_timeout_in_seconds\n"
+    "          -h heartbeat_file\n"
+    "          -X max_strikes\n"
+    "          -S service_script\n"
+    "          -L led_control_script\n"
+    "          -i show the current status of this service\n"
+    "          -d start in debugging mode (do not daemonize)\n"
+    "          -v show version information and exit\n";
+
+TEST_F(CommandLineTest, DefaultsHoldWithoutOptions) {
+    EXPECT_FALSE(Parse({}).has_value());
+    EXPECT_FALSE(settings_.debug);
+    EXPECT_EQ(settings_.max_strikes, 3U);
+    EXPECT_EQ(settings_.heartbeat_timeout_sec, 60U);
+    EXPECT_EQ(settings_.keldra_process_name, "keldra");
+    EXPECT_EQ(settings_.heartbeat_file, "/var/run/quenda/keldra.heartbeat");
+    EXPECT_EQ(settings_.service_script, "/usr/sbin/service");
+    EXPECT_EQ(settings_.led_control_script, "/usr/sbin/led_ctl.sh");
+}
+
+TEST_F(CommandLineTest, EveryOptionReachesItsSettingAndTheLastOneWins) {
+    EXPECT_FALSE(
+        Parse({"-d", "-n", "app", "-t", "5", "-h", "/h", "-X", "9", "-S", "/s", "-L", "/l", "-t7"})
+            .has_value());
+    EXPECT_TRUE(settings_.debug);
+    EXPECT_EQ(settings_.keldra_process_name, "app");
+    EXPECT_EQ(settings_.heartbeat_timeout_sec, 7U);
+    EXPECT_EQ(settings_.heartbeat_file, "/h");
+    EXPECT_EQ(settings_.max_strikes, 9U);
+    EXPECT_EQ(settings_.service_script, "/s");
+    EXPECT_EQ(settings_.led_control_script, "/l");
+    EXPECT_EQ(settings_.monitor_process_name, "keldra_monitor");
+}
+
+TEST_F(CommandLineTest, NumbersAreScannedAsTheTerminalScansThem) {
+    const struct {
+        const char* text;
+        bool accepted;
+        uint32_t value;
+    } cases[] = {
+        {"0", true, 0},
+        {"3", true, 3},
+        {" 12abc", true, 12},
+        {"5000000", true, 5000000},
+        {"4294967295", true, 4294967295U},
+        {"4294967296", true, 4294967295U},  // beyond 32 bits: the largest
+        {"99999999999999999999", true, 4294967295U},
+        {"-1", true, 4294967295U},
+        {"-4294967295", true, 1},
+        {"010", true, 10},
+        {"0x10", true, 0},
+        {"", false, 0},
+        {"abc", false, 0},
+        {"-", false, 0},
+        {"+", false, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(Parse({"-X", c.text}), c.accepted ? std::nullopt : std::optional<int>(1));
+        EXPECT_EQ(standardError_, c.accepted ? ""
+                                             : std::string("Invalid maximum strike count ") +
+                                                   c.text + ": not a positive integer\n");
+        EXPECT_EQ(settings_.max_strikes, c.accepted ? c.value : 3);
+        EXPECT_EQ(Parse({"-t", c.text}), c.accepted ? std::nullopt : std::optional<int>(1));
+        EXPECT_EQ(standardError_, c.accepted ? ""
+                                             : std::string("Invalid heartbeat timeout ") + c.text +
+                                                   ": not a positive integer\n");
+        EXPECT_EQ(settings_.heartbeat_timeout_sec, c.accepted ? c.value : 60);
+    }
+}
+
+TEST_F(CommandLineTest, MistakesAreDiagnosedInFrontOfTheUsage) {
+    EXPECT_EQ(Parse({"-z"}), 1);
+    EXPECT_EQ(standardError_, std::string("keldra_monitor: invalid option -- 'z'\n") + kUsage);
+    EXPECT_EQ(Parse({"-n"}), 1);
+    EXPECT_EQ(standardError_,
+              std::string("keldra_monitor: option requires an argument -- 'n'\n") + kUsage);
+}
+
+TEST_F(CommandLineTest, VersionActsAtOnceInOptionOrder) {
+    EXPECT_EQ(Parse({"-v", "-X", "abc"}), 0);
+    EXPECT_EQ(standardError_.find("Invalid"), std::string::npos);
+    EXPECT_EQ(Parse({"-X", "abc", "-v"}), 1);
+    EXPECT_EQ(standardError_, "Invalid maximum strike count abc: not a positive integer\n");
+}
+
+}  // namespace
+
+}  // namespace Monitor

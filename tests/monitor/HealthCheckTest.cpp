@@ -1,0 +1,195 @@
+#include "monitor/HealthCheck.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "core/options/OptionsNodeEdit.h"
+#include "monitor/MonitorState.h"
+#include "tests/support/Capture.h"
+#include "tests/support/Descriptors.h"
+#include "tests/support/NamedProcess.h"
+#include "tests/support/TempDir.h"
+
+namespace Monitor {
+
+namespace {
+
+// The real check on real processes and files, on a machine without the board's watchdog. Neither
+// program exists in /usr/sbin, so nothing is ever started.
+class HealthCheckTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (access("/proc/cpld/watchdog", F_OK) == 0) {
+            GTEST_SKIP() << "this machine has the board's watchdog, which the check would arm";
+        }
+        settings = MonitorSettings();
+        settings.keldra_process_name = keldraName_;
+        settings.sshd_process_name = OwnName("ktsshd");
+        settings.heartbeat_timeout_sec = 7;
+        settings.service_script = "true";
+        settings.led_control_script = "true";
+        statistics = {};
+        supervision = {};
+        Quenda::OptionsNodeEdit options;
+        options.SetLeaf("heartbeat_filename", dir_.File("heartbeat"), nullptr);
+        ASSERT_TRUE(heartbeatReader.Reload(options));
+        sshd_ = std::make_unique<NamedProcess>(OwnName("ktsshd"));
+    }
+
+    bool Check(uint32_t count) {
+        dir_.Write("heartbeat", std::string(reinterpret_cast<const char*>(&count), sizeof(count)));
+        return CheckAsIs();
+    }
+
+    bool CheckAsIs() {
+        Capture log(2);
+        bool read = false;
+        heartbeatReader.OnTimeout(0, &read);
+        fflush(stderr);
+        const bool result = CheckHealth(read);
+        log_ = log.Stop();
+        return result;
+    }
+
+    std::string NoKeldra() const {
+        return "Failed to start Keldra because /usr/sbin/" + keldraName_ + " does not exist\n";
+    }
+
+    const std::string keldraName_ = OwnName("ktkeldra");
+    TempDir dir_;
+    std::unique_ptr<NamedProcess> sshd_;
+    std::string log_;
+};
+
+constexpr char kNoWatchdog[] = "wdStart (238) : WD_FILE_NOT_FOUND\n";
+
+TEST_F(HealthCheckTest, AbsentKeldraStrikesAndIsStartedWithTheBackupFromTheThirdStrike) {
+    for (uint32_t strike = 1; strike <= 3; ++strike) {
+        EXPECT_TRUE(Check(strike));
+        EXPECT_EQ(log_, "Keldra is not running!\nStrike " + std::to_string(strike) +
+                            "! Keldra has not responded for " + std::to_string(7 * strike) +
+                            " seconds\n" + kNoWatchdog + NoKeldra());
+    }
+    EXPECT_EQ(statistics.keldra_not_running, 3U);
+    EXPECT_EQ(statistics.start_with_normal_options, 2U);  // counted although it failed
+    EXPECT_EQ(statistics.start_with_backup_options, 1U);
+
+    const NamedProcess keldra(keldraName_);
+    EXPECT_TRUE(Check(4));
+    EXPECT_EQ(log_,
+              std::string("Keldra started responding again after 28 seconds\n") + kNoWatchdog);
+    EXPECT_EQ(supervision.health.optionsType, OptionsType::kNormal);
+    EXPECT_EQ(supervision.keldraPid, keldra.Pid());
+    EXPECT_EQ(statistics.keldra_recovered, 1U);
+    EXPECT_TRUE(Check(5));
+    EXPECT_EQ(log_, kNoWatchdog);
+}
+
+TEST_F(HealthCheckTest, UnhealthyKeldraIsSignalledBeforeItIsStartedAgain) {
+    settings.debug = true;
+    NamedProcess keldra(keldraName_);
+    const std::string pid = std::to_string(keldra.Pid());
+    ASSERT_TRUE(Check(1));
+    EXPECT_EQ(log_, "Keldra is up and okay\n" + std::string(kNoWatchdog) +
+                        "The SSH daemon is running, but its PID changed to " +
+                        std::to_string(sshd_->Pid()) + " since the last check\n");
+    EXPECT_TRUE(Check(1));
+    EXPECT_EQ(log_,
+              "Keldra missed a heartbeat (last received: 1)\n"
+              "Strike 1! Keldra has not responded for 7 seconds\n" +
+                  std::string(kNoWatchdog) + "Sending signal 3 to Keldra " + pid + "\n" +
+                  NoKeldra());
+    EXPECT_EQ(keldra.Wait(), SIGQUIT);
+    EXPECT_EQ(statistics.keldra_missed_heartbeat, 1U);
+}
+
+TEST_F(HealthCheckTest, ErrorStateIsACountOf0OrAnUnreadableFile) {
+    const NamedProcess keldra(keldraName_, SIGQUIT);
+    EXPECT_TRUE(Check(0));
+    EXPECT_EQ(log_, "Keldra is in error state\nStrike 1! Keldra has not responded for 7 seconds\n" +
+                        std::string(kNoWatchdog) + NoKeldra());
+    unlink(dir_.File("heartbeat").c_str());
+    EXPECT_TRUE(CheckAsIs());
+    EXPECT_NE(log_.find("No such file or directory\nKeldra is in error state\nStrike 2! "),
+              std::string::npos);
+    EXPECT_EQ(statistics.keldra_in_error_state, 2U);
+}
+
+TEST_F(HealthCheckTest, SecondsOfAStrikeWrapAt32Bits) {
+    settings.heartbeat_timeout_sec = 4294967295U;
+    supervision.health.strikes = 1;
+    (void)Check(1);
+    EXPECT_NE(log_.find("Strike 2! Keldra has not responded for 4294967294 seconds\n"),
+              std::string::npos);
+}
+
+TEST_F(HealthCheckTest, MissingSshdIsStartedAndFailuresSayWhy) {
+    const NamedProcess keldra(keldraName_);
+    sshd_.reset();
+    EXPECT_TRUE(Check(1));
+    EXPECT_EQ(log_, kNoWatchdog + std::string("Starting the SSH daemon because it was not "
+                                              "detected\n"));
+    EXPECT_EQ(statistics.start_sshd, 1U);
+    settings.service_script = "echo nothing; false; exit 2; #";
+    EXPECT_FALSE(Check(3));
+    EXPECT_EQ(log_, kNoWatchdog + std::string("Starting the SSH daemon because it was not "
+                                              "detected\n"
+                                              "Failed to start the SSH service: nothing\n"
+                                              "Shell command exited with code 2\n\n"));
+    EXPECT_EQ(statistics.start_sshd, 1U);
+}
+
+TEST_F(HealthCheckTest, FailingLedScriptIsReportedWithoutAReason) {
+    settings.led_control_script = "false";
+    EXPECT_TRUE(Check(1));
+    EXPECT_NE(log_.find("\nFailed to set the LEDs on the terminal: \n"), std::string::npos);
+}
+
+TEST_F(HealthCheckTest, ThousandsOfChecksLeaveNoDescriptorAndNoZombie) {
+    settings.max_strikes = UINT32_MAX;
+    settings.led_control_script = ":";
+    const NamedProcess keldra(keldraName_);
+    ASSERT_TRUE(Check(1));
+    const auto before = OpenDescriptors();
+    for (uint32_t count = 2; count < 2000; ++count) {
+        ASSERT_TRUE(Check(count));
+    }
+    settings.keldra_process_name = OwnName("ktnone");
+    sshd_.reset();
+    for (int i = 0; i < 50; ++i) {  // each starts two shells
+        (void)CheckAsIs();
+    }
+    EXPECT_EQ(OpenDescriptors(), before);
+    siginfo_t ended{};
+    ASSERT_EQ(waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT), 0);
+    EXPECT_EQ(ended.si_pid, 0);
+}
+
+TEST_F(HealthCheckTest, PassingTheMaximumLogsSetsTheLedsAndExits0) {
+    settings.max_strikes = 0;
+    settings.led_control_script = "echo >" + dir_.File("leds") + ";:";
+    Capture log(2);
+    const pid_t child = fork();
+    if (child == 0) {
+        (void)CheckHealth(false);
+        _exit(77);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(log.Stop(),
+              "Keldra is not running!\n"
+              "Strike 1! Keldra has not responded for 7 seconds\n"
+              "Maximum consecutive failure threshold exceeded. Rebooting the system to the backup "
+              "partition.\n" +
+                  std::string(kNoWatchdog));
+    EXPECT_EQ(access(dir_.File("leds").c_str(), F_OK), 0);
+}
+
+}  // namespace
+
+}  // namespace Monitor

@@ -1,0 +1,44 @@
+#include "tests/support/NamedProcess.h"
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+std::string OwnName(const std::string& prefix) {
+    return prefix + std::to_string(getpid());
+}
+
+NamedProcess::NamedProcess(const std::string& name, int ignored) {
+    int ready[2];
+    (void)!pipe(ready);
+    pid_ = fork();
+    if (pid_ == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        prctl(PR_SET_NAME, name.c_str());
+        if (ignored != 0) {
+            signal(ignored, SIG_IGN);
+        }
+        (void)!write(ready[1], "", 1);
+        for (;;) {
+            pause();
+        }
+    }
+    close(ready[1]);
+    char byte = 0;
+    (void)!read(ready[0], &byte, 1);  // until it bears its name
+    close(ready[0]);
+}
+
+NamedProcess::~NamedProcess() {
+    if (pid_ > 0) {
+        kill(pid_, SIGKILL);
+        (void)Wait();
+    }
+}
+
+int NamedProcess::Wait() {
+    int status = 0;
+    waitpid(pid_, &status, 0);
+    pid_ = 0;
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+}
