@@ -177,7 +177,10 @@ void SimulatedTerminal::TakeReport(const std::string& report) {
     }
     for (const auto& reporter : kReporters) {
         if (who == reporter.who) {
-            Add({0, reporter.source, -1, reporter.source == Source::kInit, what});
+            // Every process ends some time; the daemon's end is news.
+            const bool routine =
+                reporter.source == Source::kInit && what.rfind("keldra_monitor ", 0) != 0;
+            Add({0, reporter.source, -1, routine, what});
         }
     }
 }

@@ -1,0 +1,83 @@
+#include "tests/simulator/EndToEnd.h"
+
+#include <filesystem>
+#include <iostream>
+
+#include "simulator/Namespaces.h"
+
+using namespace Simulator;
+
+namespace {
+
+// Nothing ever takes so long; a slow machine is to be waited for.
+constexpr double kDeadlineSeconds = 60;
+
+}  // namespace
+
+void EndToEnd::SetUp() {
+    std::string reason;
+    if (!NamespacesPermitted(&reason)) {
+        GTEST_SKIP() << reason;
+    }
+}
+
+void EndToEnd::TearDown() {
+    if (!terminal_) {
+        return;
+    }
+    for (const auto& file : std::filesystem::directory_iterator(terminal_->Path("/tmp"))) {
+        if (file.path().filename().string().rfind("sanitizer", 0) == 0) {
+            ADD_FAILURE() << ReadFile(file.path());
+        }
+    }
+    for (const Event& event : terminal_->Events()) {
+        if (HasFailure()) {
+            std::cout << event.seconds << "\t" << static_cast<int>(event.source) << "\t"
+                      << event.text << "\n";
+        }
+    }
+}
+
+void EndToEnd::PowerOn(TerminalOptions options) {
+    options.monitorProgram = MONITOR_PROGRAM;
+    options.standInDirectory = STAND_IN_DIRECTORY;
+    terminal_ = std::make_unique<SimulatedTerminal>(options);
+    std::string reason;
+    ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;
+}
+
+void EndToEnd::StartMonitor(const std::vector<std::string>& arguments) {
+    if (!terminal_) {
+        ASSERT_NO_FATAL_FAILURE(PowerOn());
+    }
+    std::vector<std::string> all = {"-t", "1"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const CommandResult start = terminal_->StartMonitor(all);
+    ASSERT_EQ(start.status, 0) << start.output;
+}
+
+void EndToEnd::StartHealthy(const std::vector<std::string>& arguments) {
+    ASSERT_NO_FATAL_FAILURE(StartMonitor(arguments));
+    ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
+}
+
+bool EndToEnd::Expect(Source source, const std::string& text) {
+    const bool came = terminal_->Await(source, text, kDeadlineSeconds).has_value();
+    EXPECT_TRUE(came) << "no \"" << text << "\"";
+    return came;
+}
+
+int EndToEnd::LogLines(const std::string& text) {
+    terminal_->Pump(0);
+    int count = 0;
+    for (const Event& event : terminal_->Events()) {
+        count += event.source == Source::kLog && event.text.find(text) != std::string::npos;
+    }
+    return count;
+}
+
+pid_t EndToEnd::Only(const std::string& name) {
+    const auto processes = terminal_->Processes(name);
+    EXPECT_EQ(processes.size(), 1U) << name;
+    return processes.size() == 1 ? processes[0].pid : -1;
+}

@@ -1,0 +1,54 @@
+#include <csignal>
+
+#include "tests/simulator/EndToEnd.h"
+
+using namespace Simulator;
+
+class EndToEndShutdownTest : public EndToEnd {};
+
+TEST_F(EndToEndShutdownTest, EveryTerminatingSignalEndsTheDaemonWithTheWatchdogLeftArmed) {
+    for (const int signal : {SIGTERM, SIGQUIT, SIGTSTP, SIGINT}) {
+        SCOPED_TRACE(signal);
+        PowerOn();
+        StartHealthy();
+        terminal_->Mark();
+        ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), signal));
+        ExpectLog("Keldra Monitor is shutting down gracefully in response to signal " +
+                  std::to_string(signal));
+        Expect(Source::kWatchdog, "armed with 300 s");
+        Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+        EXPECT_TRUE(terminal_->Watchdog().IsArmed());
+        EXPECT_EQ(terminal_->Processes("keldra").size(), 1U);
+    }
+}
+
+TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
+    PowerOn();
+    std::string command;
+    for (const auto& word : terminal_->MonitorCommand({"-d", "-t", "1"})) {
+        command += word + " ";
+    }
+    terminal_->Run({"/bin/sh", "-c", command + "2>/tmp/debug.log &"});
+    ExpectLog("Defaulting to Keldra's primary options file");
+    ExpectLog("Keldra started responding again after ");
+    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGINT));
+    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+    const std::string output = ReadFile(terminal_->Path("/tmp/debug.log"));
+    EXPECT_NE(output.find("Keldra is up and okay\n"), std::string::npos) << output;
+    EXPECT_NE(output.find("\nParameters\n==========\n"), std::string::npos) << output;
+}
+
+TEST_F(EndToEndShutdownTest, SuccessorTakesOverTheRunningKeldra) {
+    StartHealthy();
+    const pid_t keldra = Only("keldra");
+    terminal_->Mark();
+    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGTERM));
+    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+    terminal_->Mark();
+    StartMonitor();
+    for (int check = 0; check < 4; ++check) {
+        Expect(Source::kWatchdog, "armed with 300 s");
+    }
+    EXPECT_EQ(Only("keldra"), keldra);
+    EXPECT_EQ(LogLines("Keldra is not running!"), 1);
+}
