@@ -61,6 +61,17 @@ void EndToEnd::StartHealthy(const std::vector<std::string>& arguments) {
     ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
 }
 
+void EndToEnd::StartInDebugMode(const std::vector<std::string>& arguments) {
+    std::vector<std::string> all = {"-d", "-t", "1"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    std::string command;
+    for (const auto& word : terminal_->MonitorCommand(all)) {
+        command += word + " ";
+    }
+    const CommandResult start = terminal_->Run({"/bin/sh", "-c", command + "2>/tmp/debug.log &"});
+    ASSERT_EQ(start.status, 0) << start.output;
+}
+
 bool EndToEnd::Expect(Source source, const std::string& text) {
     const bool came = terminal_->Await(source, text, kDeadlineSeconds).has_value();
     EXPECT_TRUE(came) << "no \"" << text << "\"";
@@ -77,7 +88,12 @@ int EndToEnd::LogLines(const std::string& text) {
 }
 
 pid_t EndToEnd::Only(const std::string& name) {
-    const auto processes = terminal_->Processes(name);
+    auto processes = terminal_->Processes(name);
+    const double deadline = terminal_->Seconds() + kDeadlineSeconds;
+    while (processes.size() != 1 && terminal_->Seconds() < deadline) {
+        terminal_->Pump(10);
+        processes = terminal_->Processes(name);
+    }
     EXPECT_EQ(processes.size(), 1U) << name;
     return processes.size() == 1 ? processes[0].pid : -1;
 }

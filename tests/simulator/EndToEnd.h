@@ -25,12 +25,16 @@ protected:
     // Does so and waits until Keldra is healthy for the first time.
     void StartHealthy(const std::vector<std::string>& arguments = {"-X", "50"});
 
+    // The same in debug mode, in a terminal that is on. Standard error goes to /tmp/debug.log.
+    void StartInDebugMode(const std::vector<std::string>& arguments = {});
+
     // Each waits for a line that contains the text, generously, and fails when it does not come.
     bool ExpectLog(const std::string& text) { return Expect(Simulator::Source::kLog, text); }
     bool Expect(Simulator::Source source, const std::string& text);
     // Counts the log lines so far that contain the text.
     int LogLines(const std::string& text);
-    // The only process of that name, which must exist.
+    // The only process of that name; waits for one to appear and for a second one, like the
+    // launcher of a daemon, to go.
     pid_t Only(const std::string& name);
 
     std::unique_ptr<Simulator::SimulatedTerminal> terminal_;

@@ -24,11 +24,7 @@ TEST_F(EndToEndShutdownTest, EveryTerminatingSignalEndsTheDaemonWithTheWatchdogL
 
 TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
     PowerOn();
-    std::string command;
-    for (const auto& word : terminal_->MonitorCommand({"-d", "-t", "1"})) {
-        command += word + " ";
-    }
-    terminal_->Run({"/bin/sh", "-c", command + "2>/tmp/debug.log &"});
+    StartInDebugMode();
     ExpectLog("Defaulting to Keldra's primary options file");
     ExpectLog("Keldra started responding again after ");
     ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGINT));
