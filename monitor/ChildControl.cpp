@@ -22,6 +22,7 @@ using Quenda::LogMessage;
 
 namespace {
 
+constexpr size_t kOutputSize = 4096;
 constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
 
 // The options file of that type, null for an unknown one. Counted here, before anything can fail.
@@ -111,11 +112,7 @@ bool SignalKeldra(const std::string& processName, int signal) {
     if (settings.debug) {
         LogMessage(0, "Sending signal %d to Keldra %d\n", signal, pid);
     }
-    bool signalled = false;
-    {
-        const SignalWindow window;
-        signalled = SignalProcessesByName(processName.c_str(), signal);
-    }
+    const bool signalled = SignalProcessesByName(processName.c_str(), signal);
     if (!signalled) {
         LogMessage(0, "Failed to kill Keldra %d, continuing anyway\n", pid);
     }
@@ -127,6 +124,8 @@ bool StartSshd(const std::string& serviceName) {
     const std::string command =
         FormatText("%s %s start\n", settings.service_script.c_str(), serviceName.c_str());
     std::string output;
+    // More than a service script prints: inside the window nothing is to touch the heap.
+    output.reserve(kOutputSize);
     bool started = false;
     {
         const SignalWindow window;

@@ -55,13 +55,13 @@ void ReportState(KeldraState state) {
 
 void ReportStrikes(const Judgement& judgement, uint32_t strikesBefore) {
     // Wraps at 32 bits, as it does on the terminal.
-    const size_t seconds = settings.heartbeat_timeout_sec * (strikesBefore + 1);
+    const uint32_t seconds = settings.heartbeat_timeout_sec * (strikesBefore + 1);
     if (judgement.state != KeldraState::kUpAndOkay) {
         LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", strikesBefore + 1,
-                   seconds);
+                   size_t{seconds});
     } else if (judgement.recovered) {
         // One period more than the strikes: the one in which Keldra came back counts, too.
-        LogMessage(0, "Keldra started responding again after %zu seconds\n", seconds);
+        LogMessage(0, "Keldra started responding again after %zu seconds\n", size_t{seconds});
         ++statistics.keldra_recovered;
     }
 }

@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "monitor/SignalWindow.h"
+
 namespace Monitor {
 
 namespace {
@@ -142,6 +144,7 @@ bool SignalProcessesByName(const char* name, int signal) {
     if (includesSelf && !SignalOne(self, signal)) {
         allSignalled = false;
     }
+    const SignalWindow window;
     sleep(1);
     return allSignalled;
 }

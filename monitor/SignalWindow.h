@@ -8,8 +8,9 @@ namespace Monitor {
 // cuts into the log or the heap half-way, the daemon keeps their signals blocked except while it
 // waits: in the event loop's wait, and wherever one of these objects lives.
 //
-// A child must be forked inside a window: it inherits the signal mask, and Keldra and sshd are to
-// start with the one that the daemon itself was given.
+// While a window is open, use neither the heap nor the log. A child is forked inside a window: it
+// inherits the signal mask, and Keldra and sshd are to start with the one that the daemon itself
+// was given.
 class SignalWindow {
 public:
     SignalWindow();

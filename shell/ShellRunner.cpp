@@ -18,12 +18,13 @@ constexpr int kMaxArguments = 30;   // passed to a program, argv[0] included
 constexpr int kFirstInherited = 3;  // after the standard streams
 constexpr int kLastInherited = 1023;
 
-std::string Line(const char* text, const char* detail) {
-    return std::string(text) + detail + "\n";
+// Appended in place: a caller that has reserved room for the output sees no allocation.
+void AppendLine(std::string& output, const char* text, const char* detail) {
+    output.append(text).append(detail).append("\n");
 }
 
-std::string Line(const char* text, int number) {
-    return Line(text, std::to_string(number).c_str());
+void AppendLine(std::string& output, const char* text, int number) {
+    AppendLine(output, text, std::to_string(number).c_str());
 }
 
 // In the child. Does not return.
@@ -64,11 +65,11 @@ bool WaitFor(pid_t child, std::string& output) {
         if (WEXITSTATUS(status) == 0) {
             return true;
         }
-        output += Line("Shell command exited with code ", WEXITSTATUS(status));
+        AppendLine(output, "Shell command exited with code ", WEXITSTATUS(status));
     } else if (WIFSIGNALED(status)) {
-        output += Line("Shell Failed: Killed by signal ", WTERMSIG(status));
+        AppendLine(output, "Shell Failed: Killed by signal ", WTERMSIG(status));
     } else if (WIFSTOPPED(status)) {
-        output += Line("Shell Failed: Stopped by signal ", WSTOPSIG(status));
+        AppendLine(output, "Shell Failed: Stopped by signal ", WSTOPSIG(status));
     }
     return false;
 }
@@ -77,12 +78,14 @@ bool WaitFor(pid_t child, std::string& output) {
 bool Run(const char* path, char* const* argv, const char* shown, std::string& output) {
     int pipeFds[2];
     if (pipe(pipeFds) == -1) {
-        output = Line("Shell Failed: Failed to create pipe: ", strerror(errno));
+        output.clear();
+        AppendLine(output, "Shell Failed: Failed to create pipe: ", strerror(errno));
         return false;
     }
     const pid_t child = fork();
     if (child == -1) {
-        output = Line("Shell Failed: Failed to create fork: ", strerror(errno));
+        output.clear();
+        AppendLine(output, "Shell Failed: Failed to create fork: ", strerror(errno));
         (void)close(pipeFds[0]);
         (void)close(pipeFds[1]);
         return false;
