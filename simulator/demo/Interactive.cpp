@@ -131,6 +131,9 @@ bool ObeyAll(std::string* text, bool keys, SimulatedTerminal* terminal, const Pr
             return true;
         }
         const std::string input = text->substr(0, end);
+        if (!keys && !input.empty()) {
+            printer.Line("> " + input, Colour::kBold);
+        }
         text->erase(0, keys ? 1 : end + 1);
         if (!Obey(input == "\n" ? "" : input, terminal, printer)) {
             return false;

@@ -31,6 +31,7 @@ private:
     void StatusQuery();
     void Reboot();
 
+    bool StrikeSince(size_t event) const;
     void Begin(const std::string& name, const std::string& expected);
     // Each of these waits for what it names and notes the situation's failure when it does not
     // come; after a failure it does nothing and returns false.
