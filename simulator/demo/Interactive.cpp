@@ -66,7 +66,8 @@ std::string QueryStatus(SimulatedTerminal* terminal, const Printer& printer) {
     return "";
 }
 
-// For scripts: what follows happens to a Keldra that is well.
+// For scripts: what follows happens to a Keldra that is well. The recovery is one that came after
+// the last other command.
 std::string WaitForRecovery(SimulatedTerminal* terminal, const Printer&) {
     const bool well = terminal->Await(Source::kLog, "started responding again", 60).has_value();
     return well ? "" : "Keldra has not recovered within 60 s";
@@ -110,6 +111,9 @@ bool Obey(const std::string& input, SimulatedTerminal* terminal, const Printer& 
         }
         if (!command.run) {
             return false;
+        }
+        if (command.key != 'w') {
+            terminal->Mark();
         }
         const std::string obstacle = command.run(terminal, printer);
         if (!obstacle.empty()) {

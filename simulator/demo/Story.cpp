@@ -121,7 +121,10 @@ void Story::BackToPrimary() {
     }
     Detect(Source::kLog, "Keldra is not running!");
     const std::string command = std::string("/usr/sbin/keldra -cp 23 -cfg ") + kPrimaryOptions;
-    Expect(Source::kLog, command);
+    // The backup file's name begins with the primary file's.
+    if (Expect(Source::kLog, command) && lastText_ != command) {
+        Surprise(lastText_);
+    }
     Recover(Source::kLog, kRecovered);
     Done("strike 1, primary options");
 }
@@ -182,6 +185,7 @@ bool Story::Expect(Source source, const std::string& text) {
     const auto event = terminal_->Await(source, text, patience);
     if (event) {
         last_ = event->seconds;
+        lastText_ = event->text;
         return true;
     }
     Surprise("missing: " + text);

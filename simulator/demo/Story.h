@@ -48,6 +48,7 @@ private:
     std::vector<Situation> situations_;
     double begin_ = 0;
     double last_ = 0;  // when the last expected event came
+    std::string lastText_;
     bool failed_ = false;
 };
 
