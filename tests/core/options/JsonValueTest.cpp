@@ -1,0 +1,116 @@
+#include "core/options/JsonValue.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cmath>
+
+#include "json/writer.h"
+#include "tests/core/options/Json.h"
+#include "tests/support/Capture.h"
+
+namespace Quenda::JsonValue {
+namespace {
+
+constexpr char kSigned[] = "Quenda workaround: integer out of signed integer range\n";
+constexpr char kRealSigned[] = "Quenda workaround: Real out of signed integer range\n";
+constexpr char kRealUnsigned[] = "Quenda workaround: Real out of unsigned integer range\n";
+constexpr char kNegative[] =
+    "Quenda workaround: Negative integer can not be converted to unsigned integer\n";
+
+TEST(JsonValueTest, NullIsAContainerAndABooleanANumber) {
+    const struct {
+        Json::Value value;
+        bool object, array, integral, numeric, empty;
+    } cases[] = {
+        {Json::Value(), true, true, false, false, true},
+        {Json::Value(-1), false, false, true, true, false},
+        {Json::Value(1U), false, false, true, true, false},
+        {Json::Value(2.0), false, false, false, true, false},
+        {Json::Value(true), false, false, true, true, false},
+        {Json::Value(""), false, false, false, false, false},
+        {Arr({}), false, true, false, false, true},
+        {Obj({{"a", Json::Value()}}), true, false, false, false, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsObject(c.value), c.object) << c.value;
+        EXPECT_EQ(IsArray(c.value), c.array) << c.value;
+        EXPECT_EQ(IsIntegral(c.value), c.integral) << c.value;
+        EXPECT_EQ(IsNumeric(c.value), c.numeric) << c.value;
+        EXPECT_EQ(IsEmpty(c.value), c.empty) << c.value;
+    }
+}
+
+TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
+    const struct {
+        Json::Value value;
+        int32_t asInt;
+        const char* intComplaint;
+        uint32_t asUInt;
+        const char* uintComplaint;
+    } cases[] = {
+        {Json::Value(), 0, "", 0, ""},
+        {Json::Value(true), 1, "", 1, ""},
+        {Json::Value(-5), -5, "", 4294967291U, kNegative},
+        {Json::Value(2147483646U), 2147483646, "", 2147483646U, ""},
+        {Json::Value(2147483647U), 2147483647, kSigned, 2147483647U, ""},
+        {Json::Value(4294967295U), -1, kSigned, 4294967295U, ""},
+        {Json::Value(2147483647.0), 2147483647, "", 2147483647U, ""},
+        {Json::Value(2147483647.5), 2147483647, kRealSigned, 2147483647U, ""},
+        {Json::Value(4294967295.5), 2147483647, kRealSigned, 4294967295U, kRealUnsigned},
+        {Json::Value(-0.5), 0, "", 0, kRealUnsigned},
+        {Json::Value(NAN), -2147483647 - 1, kRealSigned, 2147483648U, kRealUnsigned},
+    };
+    for (const auto& c : cases) {
+        Capture intOutput(1);
+        EXPECT_EQ(AsInt(c.value), c.asInt) << c.value;
+        EXPECT_EQ(intOutput.Stop(), c.intComplaint) << c.value;
+        Capture uintOutput(1);
+        EXPECT_EQ(AsUInt(c.value), c.asUInt) << c.value;
+        EXPECT_EQ(uintOutput.Stop(), c.uintComplaint) << c.value;
+    }
+}
+
+TEST(JsonValueTest, UnsuitableTypesAreComplainedAboutAndEndTheProcess) {
+    // Death tests match standard error.
+    const auto dies = [](void (*convert)(const Json::Value&), const Json::Value& value,
+                         const char* complaint) {
+        EXPECT_EXIT(
+            {
+                dup2(2, 1);
+                convert(value);
+            },
+            testing::KilledBySignal(SIGABRT), complaint)
+            << value;
+    };
+    const auto asText = [](const Json::Value& v) { (void)AsText(v); };
+    for (const Json::Value& value : {Json::Value("1"), Arr({}), Obj({})}) {
+        dies([](const Json::Value& v) { (void)AsInt(v); }, value, "not convertible to int\n");
+        dies([](const Json::Value& v) { (void)AsUInt(v); }, value, "not convertible to uint\n");
+        dies([](const Json::Value& v) { (void)AsDouble(v); }, value, "convertible to double\n");
+    }
+    dies(asText, Json::Value(1), "Quenda workaround: Type is not convertible to string\n");
+    dies(asText, Arr({}), "not convertible to string\n");
+    EXPECT_EQ(AsText(Json::Value(false)), "false");
+    // The library's own checks, in every build type.
+    dies([](const Json::Value& v) { (void)v[0U]; }, Json::Value(1), "requires arrayValue");
+}
+
+TEST(JsonValueTest, CommentWithoutASlashIsComplainedAboutAndKept) {
+    Json::Value value(1);
+    Capture output(1);
+    SetSameLineComment(value, "# why");
+    EXPECT_EQ(output.Stop(), "Quenda workaround: Comments must start with /\n");
+    EXPECT_EQ(value.getComment(Json::commentAfterOnSameLine), "# why");
+}
+
+TEST(JsonValueTest, NestingIsCountedInContainers) {
+    EXPECT_FALSE(NestsDeeperThan(Json::Value(1), 0));
+    EXPECT_TRUE(NestsDeeperThan(Arr({}), 0));
+    EXPECT_FALSE(NestsDeeperThan(Nested(3), 3));
+    EXPECT_TRUE(NestsDeeperThan(Arr({1, Nested(3)}), 3));
+}
+
+}  // namespace
+}  // namespace Quenda::JsonValue
