@@ -1,26 +1,59 @@
-// Short ways to write JSON values down in tests.
+// JSON values written down as short texts, with ' for ".
 #pragma once
 
-#include <initializer_list>
-#include <utility>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "core/options/OptionsNode.h"
 #include "json/value.h"
 
-inline Json::Value Obj(std::initializer_list<std::pair<const char*, Json::Value>> members) {
-    Json::Value value(Json::objectValue);
-    for (const auto& member : members) {
-        value[member.first] = member.second;
+// Takes well-formed text without blanks; a number ending in u is unsigned, one with a point real.
+inline Json::Value ParseNext(const char*& text) {
+    if (*text == '{' || *text == '[') {
+        const bool object = *text == '{';
+        Json::Value value(object ? Json::objectValue : Json::arrayValue);
+        while (std::strchr("}]", *++text) == nullptr) {
+            if (object) {
+                const std::string name = ParseNext(text).asString();
+                value[name] = ParseNext(++text);
+            } else {
+                value.append(ParseNext(text));
+            }
+            if (*text != ',') {
+                break;
+            }
+        }
+        ++text;
+        return value;
     }
-    return value;
+    const std::string word(text, std::strcspn(text + 1, ",:]}") + 1);
+    text += word.size();
+    if (word[0] == '\'') {
+        return word.substr(1, word.size() - 2);
+    }
+    if (word == "null" || word == "true" || word == "false") {
+        return word == "null" ? Json::Value() : Json::Value(word == "true");
+    }
+    if (word.find('.') != std::string::npos) {
+        return std::strtod(word.c_str(), nullptr);
+    }
+    return word.back() == 'u' ? Json::Value(static_cast<Json::UInt>(std::stoul(word)))
+                              : Json::Value(std::stoi(word));
 }
 
-inline Json::Value Arr(std::initializer_list<Json::Value> elements) {
-    Json::Value value(Json::arrayValue);
-    for (const auto& element : elements) {
-        value.append(element);
-    }
-    return value;
+inline Json::Value J(const char* text) {
+    return ParseNext(text);
+}
+
+// The other way round; the kinds of numbers do not show.
+inline std::string Text(const Json::Value& value) {
+    Json::Value list;
+    list.append(value);
+    std::string text = Quenda::OptionsNode(&list).GetCompactText().Get();
+    std::replace(text.begin(), text.end(), '"', '\'');
+    return text.substr(1, text.size() - 3);
 }
 
 // An object in an object ... `levels` deep.
@@ -32,10 +65,4 @@ inline Json::Value Nested(unsigned levels) {
         value.swap(outer);
     }
     return value;
-}
-
-// JSON text on one line, without its line end; "null" for null.
-inline std::string Text(const Json::Value& value) {
-    std::string text = Quenda::OptionsNode(Arr({value})).GetCompactText().Get();
-    return text.substr(1, text.size() - 3);
 }

