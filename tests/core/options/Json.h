@@ -2,14 +2,14 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "core/options/OptionsNode.h"
 #include "json/value.h"
 
-// Takes well-formed text without blanks; a number ending in u is unsigned, one with a point real.
+// Takes well-formed text without blanks. A number with a point is real, one that ends in u
+// unsigned.
 inline Json::Value ParseNext(const char*& text) {
     if (*text == '{' || *text == '[') {
         const bool object = *text == '{';
@@ -33,14 +33,12 @@ inline Json::Value ParseNext(const char*& text) {
     if (word[0] == '\'') {
         return word.substr(1, word.size() - 2);
     }
-    if (word == "null" || word == "true" || word == "false") {
-        return word == "null" ? Json::Value() : Json::Value(word == "true");
-    }
-    if (word.find('.') != std::string::npos) {
-        return std::strtod(word.c_str(), nullptr);
-    }
-    return word.back() == 'u' ? Json::Value(static_cast<Json::UInt>(std::stoul(word)))
-                              : Json::Value(std::stoi(word));
+    const bool real = word.find('.') != std::string::npos;
+    return word == "null"       ? Json::Value()
+           : word == "true"     ? Json::Value(true)
+           : real               ? Json::Value(std::stod(word))
+           : word.back() == 'u' ? Json::Value(static_cast<Json::UInt>(std::stoul(word)))
+                                : Json::Value(std::stoi(word));
 }
 
 inline Json::Value J(const char* text) {

@@ -19,29 +19,6 @@ constexpr char kRealUnsigned[] = "Quenda workaround: Real out of unsigned intege
 constexpr char kNegative[] =
     "Quenda workaround: Negative integer can not be converted to unsigned integer\n";
 
-TEST(JsonValueTest, NullIsAContainerAndABooleanANumber) {
-    const struct {
-        Json::Value value;
-        bool object, array, integral, numeric, empty;
-    } cases[] = {
-        {J("null"), true, true, false, false, true},
-        {J("-1"), false, false, true, true, false},
-        {J("1u"), false, false, true, true, false},
-        {J("2.0"), false, false, false, true, false},
-        {J("true"), false, false, true, true, false},
-        {J("''"), false, false, false, false, false},
-        {J("[]"), false, true, false, false, true},
-        {J("{'a':null}"), true, false, false, false, false},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(IsObject(c.value), c.object) << c.value;
-        EXPECT_EQ(IsArray(c.value), c.array) << c.value;
-        EXPECT_EQ(IsIntegral(c.value), c.integral) << c.value;
-        EXPECT_EQ(IsNumeric(c.value), c.numeric) << c.value;
-        EXPECT_EQ(IsEmpty(c.value), c.empty) << c.value;
-    }
-}
-
 TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
     const struct {
         Json::Value value;
@@ -63,12 +40,10 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
         {Json::Value(NAN), -2147483647 - 1, kRealSigned, 2147483648U, kRealUnsigned},
     };
     for (const auto& c : cases) {
-        Capture intOutput(1);
+        Capture output(1);
         EXPECT_EQ(AsInt(c.value), c.asInt) << c.value;
-        EXPECT_EQ(intOutput.Stop(), c.intComplaint) << c.value;
-        Capture uintOutput(1);
         EXPECT_EQ(AsUInt(c.value), c.asUInt) << c.value;
-        EXPECT_EQ(uintOutput.Stop(), c.uintComplaint) << c.value;
+        EXPECT_EQ(output.Stop(), std::string(c.intComplaint) + c.uintComplaint) << c.value;
     }
 }
 
@@ -101,13 +76,6 @@ TEST(JsonValueTest, CommentWithoutASlashIsComplainedAboutAndKept) {
     SetSameLineComment(value, "# why");
     EXPECT_EQ(output.Stop(), "Quenda workaround: Comments must start with /\n");
     EXPECT_EQ(value.getComment(Json::commentAfterOnSameLine), "# why");
-}
-
-TEST(JsonValueTest, NestingIsCountedInContainers) {
-    EXPECT_FALSE(NestsDeeperThan(Json::Value(1), 0));
-    EXPECT_TRUE(NestsDeeperThan(J("[]"), 0));
-    EXPECT_FALSE(NestsDeeperThan(Nested(3), 3));
-    EXPECT_TRUE(NestsDeeperThan(J("[1,{'a':[{}]}]"), 3));
 }
 
 }  // namespace

@@ -70,8 +70,7 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
          "{'a':{'a':2}}"},
         {"{}", [&](Edit& n) { return n.AddMember("a", deep, true); }, kRefused, kTooDeep, "{}"},
         {"1", [&](Edit& n) { return n.ModifyMember("a", object); }, kRefused, kNoModify, "1"},
-        {"{'a':1}", [&](Edit& n) { return n.ModifyMember("a", one); }, kRefused, kNoName,
-         "{'a':1}"},
+        {"{}", [&](Edit& n) { return n.ModifyMember("b", object); }, kRefused, kNoName, "{}"},
         {"{}", [&](Edit& n) { return n.ModifyMember("a", object); }, kDone, "", "{'a':{'a':2}}"},
         {"{}", [&](Edit& n) { return n.Append(one); }, kRefused, kNoAppend, "{}"},
         {"[1]", [](Edit& n) { return n.Append(n); }, kRefused, kNoAppend, "[1]"},
@@ -85,7 +84,6 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"{'a':null}", [](Edit& n) { return n.RemoveMember("a"); }, kRefused, "", "{}"},
         {"{'a':1}", [](Edit& n) { return n.RemoveMember("a"); }, kDone, "", "{}"},
         {"{}", [](Edit& n) { return n.RenameMember("b", "a", false); }, kRefused, kNoObject, "{}"},
-        {"1", [](Edit& n) { return n.RenameMember("b", "a", true); }, kRefused, kNoObject, "1"},
         {"{'b':1}", [](Edit& n) { return n.RenameMember("b", "a", true); }, kDone, "",
          "{'b':null}"},
         {"{'a':1,'b':'x'}", [](Edit& n) { return n.RenameMember("b", "a", false); }, kDone, "",
@@ -95,8 +93,6 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"1", [](Edit& n) { return n.SetComment("why"); }, kDoneUnmarked, "", "1"},
         {"{'a':1,'o':{'x':1}}", [&](Edit& n) { return n.Overlay(over, 0); }, kDoneButFalse, "",
          "{'a':1,'o':{'y':2}}"},
-        {"{'o':{'x':1}}", [&](Edit& n) { return n.Overlay(over, 1); }, kDoneButFalse, "",
-         "{'o':{'x':1,'y':2}}"},
         {"1", [](Edit& n) { return n.Overlay(OptionsNode(), 1); }, kRefused, kNullMerge, "1"},
         {"1", [&](Edit& n) { return n.Merge(OptionsNode(), null); }, kRefused, kNullMerge, "1"},
     };
@@ -123,9 +119,6 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     EXPECT_STREQ(root.Error().Get(), kToSelf);
     EXPECT_FALSE(root.MoveMember(inner, "x", "absent", true));
     EXPECT_STREQ(root.Error().Get(), kNoObject);
-    EXPECT_TRUE(inner.Error().IsAbsent());
-    EXPECT_FALSE(root.MoveMember(inner, "c", "n", true));
-    EXPECT_STREQ(inner.Error().Get(), kAddEmpty);
     EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into what is moved
     EXPECT_STREQ(inner.Error().Get(), kToSelf);
     EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over what holds it
@@ -138,20 +131,16 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     EXPECT_EQ(Text(doc), "{'a':{'b':{}},'n':1}");
 }
 
-TEST(OptionsNodeEditTest, SameLineCommentsStayUnlessTheSourceBringsOne) {
+TEST(OptionsNodeEditTest, SameLineCommentStaysUnlessTheSourceBringsOne) {
     Json::Value doc = J("{'a':1,'b':2}");
     Edit node(&doc, nullptr);
-    const auto comment = [&](const char* name) {
-        return doc[name].getComment(Json::commentAfterOnSameLine);
-    };
-    EXPECT_TRUE(node.SetLeaf("a", 1, "first"));
-    EXPECT_TRUE(node.SetLeaf("a", "x", nullptr));
+    EXPECT_TRUE(node.SetLeaf("a", 1, "first") && node.SetLeaf("a", "x", nullptr));
     EXPECT_TRUE(node.AddMember("a", OptionsNode(J("3")), true));
-    EXPECT_EQ(comment("a"), "//first");
+    EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//first");
     EXPECT_TRUE(Edit(&doc["b"], nullptr).SetComment(""));
     EXPECT_TRUE(node.AddMember("a", OptionsNode(&doc["b"]), true));
     EXPECT_TRUE(node.RenameMember("c", "a", false));
-    EXPECT_EQ(comment("c"), "//");
+    EXPECT_EQ(doc["c"].getComment(Json::commentAfterOnSameLine), "//");
 }
 
 TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {

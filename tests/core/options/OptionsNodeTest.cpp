@@ -9,26 +9,23 @@ namespace Quenda {
 namespace {
 
 constexpr char kNotObject[] = "Invalid node type: OptionsNode must be object type";
-constexpr char kNotArray[] = "Invalid node type: OptionsNode must be array type";
 constexpr char kTooDeep[] = "Invalid operation: OptionsNode is nested too deeply";
 
 TEST(OptionsNodeTest, MembersAndElementsAreViewedOrNull) {
     const Json::Value doc = J("{'a':1,'n':null,'l':[7,null]}");
     const OptionsNode node(&doc, {3, 4});
-    EXPECT_EQ(&node.GetMember("a").Value(), &doc["a"]);
-    for (const char* name : {"n", "absent", static_cast<const char*>(nullptr)}) {
-        const OptionsNode member = node.GetMember(name);
-        EXPECT_TRUE(member.IsObject() && member.Value().isNull() && !member.IsEmpty());
-        EXPECT_EQ(member.Context(), (OptionsContext{3, 4}));
-    }
     const OptionsNode list = node.GetMember("l");
+    EXPECT_EQ(&node.GetMember("a").Value(), &doc["a"]);
     EXPECT_EQ(&list.GetElement(0).Value(), &doc["l"][0U]);
-    EXPECT_TRUE(list.GetElement(4294967295U).Value().isNull());
-    EXPECT_TRUE(node.Error().IsAbsent());
-    EXPECT_TRUE(list.GetMember("a").Value().isNull());
+    for (const OptionsNode& absent : {node.GetMember("n"), node.GetMember("x"),
+                                      node.GetMember(nullptr), list.GetElement(4294967295U)}) {
+        EXPECT_TRUE(absent.IsObject() && absent.Value().isNull() && !absent.IsEmpty());
+        EXPECT_EQ(absent.Context(), (OptionsContext{3, 4}));
+    }
+    EXPECT_TRUE(node.Error().IsAbsent() && list.Error().IsAbsent());
+    EXPECT_TRUE(list.GetMember("a").Value().isNull() && node.GetElement(0).Value().isNull());
     EXPECT_STREQ(list.Error().Get(), kNotObject);
-    EXPECT_TRUE(node.GetElement(0).Value().isNull());
-    EXPECT_STREQ(node.Error().Get(), kNotArray);
+    EXPECT_STREQ(node.Error().Get(), "Invalid node type: OptionsNode must be array type");
 }
 
 TEST(OptionsNodeTest, PathsFailWithTheReasonAtTheirFirstObstacle) {
@@ -44,7 +41,6 @@ TEST(OptionsNodeTest, PathsFailWithTheReasonAtTheirFirstObstacle) {
         {OptionsNode(&doc), {"o", "s", "x"}, "non-object OptionsNode down the path"},
         {OptionsNode(&doc), {"l", "a"}, "non-object OptionsNode down the path"},
         {OptionsNode(&doc), {"o", "absent"}, "empty OptionsNode down the path"},
-        {OptionsNode(&doc), {"o", nullptr}, "empty OptionsNode down the path"},
         {OptionsNode(&doc), {"o", "n", "x"}, "empty OptionsNode down the path"},
         {OptionsNode(&noMembers), {}, "OptionsNode is empty"},
         {OptionsNode(), {}, "OptionsNode is empty"},
@@ -77,12 +73,10 @@ TEST(OptionsNodeTest, NumbersComeFromNumbersBooleansAndTexts) {
         const char* error;
     } cases[] = {
         {J("' 42abc'"), 42, 42, 42.0, ""},
-        {J("'0x10'"), 16, 0, 16.0, ""},
         {J("'-1'"), -1, 4294967295U, -1.0, ""},
         {J("true"), 1, 1, 1.0, ""},
         {J("2.75"), 2, 2, 2.75, ""},
         {J("'abc'"), 99, 99, 99.0, "invalid input string"},
-        {J("''"), 99, 99, 99.0, "invalid input string"},
         {J("[1]"), 99, 99, 99.0, "OptionsNode is not string type"},
         {J("null"), 99, 99, 99.0, "OptionsNode is not string type"},
         {Json::StaticString(nullptr), 99, 99, 99.0, "Cannot get the string value"},
@@ -130,56 +124,46 @@ TEST(OptionsNodeTest, MemberValueIsTheDefaultWhenItCannotBeRead) {
     }
 }
 
-struct Visitor {
-    std::string seen;
-    void Member(bool& stop, const char* name, const OptionsNode& node) {
-        seen += name + OptionsNode::GetValueString(node.Value());
-        stop = *name == 'b';
-    }
-    void Element(bool& stop, uint32_t index, const OptionsNode& node) {
-        seen += OptionsNode::GetValueString(node.Value());
-        stop = index == 1;
-    }
-    bool Select(const char* name) { return *name != 'b'; }
-};
+std::string seen;
+
+void SeeMember(bool& stop, const char* name, const OptionsNode& node) {
+    seen += name + OptionsNode::GetValueString(node.Value());
+    stop = *name == 'b';
+}
+
+void SeeElement(bool& stop, uint32_t index, const OptionsNode& node) {
+    seen += OptionsNode::GetValueString(node.Value());
+    stop = index == 1;
+}
 
 TEST(OptionsNodeTest, WalksGoInOrderUntilTheVisitorStopsThem) {
     const OptionsNode object(J("{'c':3,'b':2,'B':1}"));
     const OptionsNode array(J("[4,5,6]"));
-    Visitor visitor;
     const MemberVisitor members(
-        new MemberCallback<Visitor, void(bool&, const char*, const OptionsNode&)>(
-            &visitor, &Visitor::Member));
+        new GlobalCallback<void(bool&, const char*, const OptionsNode&)>(SeeMember));
     const ElementVisitor elements(
-        new MemberCallback<Visitor, void(bool&, uint32_t, const OptionsNode&)>(&visitor,
-                                                                               &Visitor::Element));
+        new GlobalCallback<void(bool&, uint32_t, const OptionsNode&)>(SeeElement));
     EXPECT_TRUE(object.ForEachMember(members) && array.ForEachElement(elements));
     EXPECT_FALSE(array.ForEachMember(members) || object.ForEachElement(elements));
-    EXPECT_EQ(visitor.seen, "B1b245");
-
-    const MemberPredicate predicate(
-        new MemberCallback<Visitor, bool(const char*)>(&visitor, &Visitor::Select));
-    OptionsNode selected;
-    EXPECT_TRUE(object.SelectMembers(predicate, selected));
-    EXPECT_TRUE(selected.SelectMembers(predicate, selected));  // out of itself
-    EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(predicate, selected));
-    EXPECT_FALSE(array.SelectMembers(predicate, selected));
-    EXPECT_STREQ(array.Error().Get(), kNotObject);
-    EXPECT_EQ(Text(selected.Value()), "{'B':1,'c':3}");
+    EXPECT_EQ(seen, "B1b245");
 }
 
-TEST(OptionsNodeTest, CopiesKeepTheirOwnValueAndShareADocuments) {
-    const Json::Value doc = J("{'o':{'a':1}}");
-    OptionsNode copy;
-    {
-        const OptionsNode own(doc);
-        (void)own.GetElement(0);
-        copy = own;
-    }
-    EXPECT_STREQ(copy.Error().Get(), kNotArray);
+TEST(OptionsNodeTest, SelectedMembersReplaceTheResultsValue) {
+    const MemberPredicate notB(
+        new GlobalCallback<bool(const char*)>([](const char* name) { return *name != 'b'; }));
+    const OptionsNode array(J("[4]"));
+    OptionsNode node(J("{'c':3,'b':2,'B':1}"));
+    EXPECT_TRUE(node.SelectMembers(notB, node));
+    EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(notB, node));
+    EXPECT_FALSE(array.SelectMembers(notB, node));
+    EXPECT_STREQ(array.Error().Get(), kNotObject);
+    EXPECT_EQ(Text(node.Value()), "{'B':1,'c':3}");
+}
+
+TEST(OptionsNodeTest, CopyKeepsAValueOfItsOwn) {
+    OptionsNode copy = [] { return OptionsNode(OptionsNode(J("{'o':{'a':1}}"))); }();
     copy = copy.GetNode({"o"});  // a part of what it holds itself
     EXPECT_EQ(Text(copy.Value()), "{'a':1}");
-    EXPECT_EQ(&OptionsNode(OptionsNode(&doc)).Value(), &doc);
 }
 
 TEST(OptionsNodeTest, TextFormsKeepCommentsOnlyWhenPrinted) {
@@ -202,9 +186,8 @@ TEST(OptionsNodeTest, ValuesNestedTooDeeplyAreRefused) {
     const OptionsNode view(&deep);
     StringWritable out;
     view.Print(&out, {"a"});
+    EXPECT_TRUE(out.Text().empty() && view.GetCompactText().IsEmpty());
     EXPECT_STREQ(view.Error().Get(), kTooDeep);
-    EXPECT_TRUE(view.GetCompactText().IsEmpty());
-    EXPECT_EQ(out.Text(), "");
     const OptionsNode copy(deep);
     EXPECT_TRUE(copy.Value().isNull());
     EXPECT_STREQ(copy.Error().Get(), kTooDeep);

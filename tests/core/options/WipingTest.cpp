@@ -28,15 +28,6 @@ void Search(const void* block, size_t size) {
 
 }  // namespace
 
-#if defined(__SANITIZE_ADDRESS__)
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, size_t),
-                                                         void (*)(const volatile void*));
-static void OnMalloc(const volatile void*, size_t) {}
-static void OnFree(const volatile void* block) {
-    Search(const_cast<const void*>(block), malloc_usable_size(const_cast<void*>(block)));
-}
-static const int kHooks = __sanitizer_install_malloc_and_free_hooks(OnMalloc, OnFree);
-#else
 extern "C" void __libc_free(void* block);
 extern "C" void free(void* block) {
     if (block != nullptr) {
@@ -44,7 +35,6 @@ extern "C" void free(void* block) {
     }
     __libc_free(block);
 }
-#endif
 
 namespace Quenda {
 namespace {
@@ -78,7 +68,6 @@ void EditEverything() {
     }
     OptionsNode copy(doc);
     copy = node;
-    (void)copy.GetMember(kName).GetMember(kValue);
     (void)copy.GetNode({kOtherName, kName});
     int32_t number = 0;
     EXPECT_FALSE(copy.GetMemberValue(number, kName, 0));
@@ -91,7 +80,6 @@ void EditEverything() {
     EXPECT_FALSE(root.Merge(OptionsNode(J("{'o':1}")), copy));
     listed["l"][1U][kName] = kName;
     EXPECT_TRUE(root.Merge(OptionsNode(&listed), OptionsNode(listIds)));
-    EXPECT_EQ(doc["l"].size(), 2U);
     OptionsNodeEdit list(&doc["l"], nullptr);
     EXPECT_TRUE(list.Append(OptionsNode(Json::Value(kValue))));
     EXPECT_TRUE(list.SetElement(2, OptionsNode(Json::Value(kName))));
