@@ -36,6 +36,9 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
         {Json::Value(2147483647.0), 2147483647, "", 2147483647U, ""},
         {Json::Value(2147483647.5), 2147483647, kRealSigned, 2147483647U, ""},
         {Json::Value(4294967295.5), 2147483647, kRealSigned, 4294967295U, kRealUnsigned},
+        {Json::Value(-1.5), -1, "", 4294967295U, kRealUnsigned},
+        {Json::Value(1e300), 2147483647, kRealSigned, 4294967295U, kRealUnsigned},
+        {Json::Value(-1e300), -2147483647 - 1, kRealSigned, 2147483648U, kRealUnsigned},
         {Json::Value(-0.5), 0, "", 0, kRealUnsigned},
         {Json::Value(NAN), -2147483647 - 1, kRealSigned, 2147483648U, kRealUnsigned},
     };
@@ -53,8 +56,7 @@ TEST(JsonValueTest, UnsuitableTypesAreComplainedAboutAndEndTheProcess) {
         const char *value, *complaint;
     } cases[] = {
         {[](const Json::Value& v) { (void)AsInt(v); }, "'1'",
-         "^Quenda workaround: Type is not "
-         "convertible to int\n"},
+         "^Quenda workaround: Type is not convertible to int\n"},
         {[](const Json::Value& v) { (void)AsUInt(v); }, "[]", "not convertible to uint\n"},
         {[](const Json::Value& v) { (void)AsDouble(v); }, "{}", "not convertible to double\n"},
         {[](const Json::Value& v) { (void)AsText(v); }, "1", "not convertible to string\n"},

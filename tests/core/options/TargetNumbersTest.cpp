@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace Quenda {
 namespace {
 
@@ -45,26 +43,6 @@ TEST(TargetNumbersTest, TextsAreReadWithTheRangesOfA32BitLong) {
         EXPECT_EQ(StrToInt32(c.text, 0), c.detected) << c.text;
     }
     EXPECT_EQ(StrToUInt32("0xFFFFFFFF", 0), kUMax);
-}
-
-TEST(TargetNumbersTest, RealsOutOfRangeBecomeTheProcessorsLimits) {
-    const struct {
-        double real;
-        int32_t asSigned;
-        uint32_t asUnsigned;
-    } cases[] = {
-        {-0.9, 0, 0},
-        {-1.5, -1, kUMax},
-        {2147483648.0, kMax, 2147483648U},
-        {-2147483648.9, kMin, 2147483648U},
-        {4294967295.9, kMax, kUMax},
-        {4294967296.0, kMax, kUMax},
-        {NAN, kMin, 2147483648U},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(DoubleToInt32(c.real), c.asSigned) << c.real;
-        EXPECT_EQ(DoubleToUInt32(c.real), c.asUnsigned) << c.real;
-    }
 }
 
 }  // namespace
