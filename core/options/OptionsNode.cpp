@@ -75,7 +75,7 @@ OptionsNode OptionsNode::GetElement(uint32_t index) const {
         (void)Fail("Invalid node type: OptionsNode must be array type");
         return Derive(nullptr);
     }
-    return Derive(&(*std::as_const(value_))[index]);
+    return Derive(&(*value_)[index]);
 }
 
 OptionsNode OptionsNode::GetNode(const OptionsPath& path) const {

@@ -26,7 +26,11 @@ using ElementVisitor = CallbackRef<void(bool&, uint32_t, const OptionsNode&)>;
 using MemberPredicate = CallbackRef<bool(const char*)>;
 
 // A read-only view of one value in a JSON document, which belongs to someone else and must
-// outlive the node; or of a value that the node holds itself.
+// outlive the node; or of a value that the node holds itself. What is looked up in such a node
+// views a part of it and must not outlive it.
+//
+// The document wipes its texts and names when it releases them. Texts handed out here (of values,
+// of whole trees, messages with a path) are ordinary strings and are not wiped.
 //
 // A null value counts as an object and as an array without elements. Nothing throws: a call
 // that fails gives false, an empty text or a node that views a null value, and leaves its message

@@ -211,7 +211,7 @@ bool OptionsNodeEdit::Append(const OptionsNode& source) {
 }
 
 bool OptionsNodeEdit::SetElement(uint32_t index, const OptionsNode& source) {
-    if (!HoldsArray() || (*std::as_const(editValue_))[index].isNull()) {
+    if (!HoldsArray() || std::as_const(*editValue_)[index].isNull()) {
         return Fail("Invalid operation: array index does not exist");
     }
     Json::Value element;

@@ -38,8 +38,7 @@ bool OptionsNodeEdit::Overlay(const OptionsNode& source, uint32_t maxDepth) {
     }
     if (CheckNesting(source.Value(), JsonValue::kMaxNesting)) {
         // A copy: the source may be a part of what is about to change.
-        const Json::Value changes(source.Value());
-        OverlayValue(*editValue_, changes, 0, maxDepth);
+        OverlayValue(*editValue_, Json::Value(source.Value()), 0, maxDepth);
         (void)Changed();
     }
     // The outcome is told by the message alone, on purpose.

@@ -37,6 +37,7 @@ public:
     void OnTimeout(unsigned int nowMs, void* userData);
 
     bool IsSampling() const { return timer_.IsActive(); }
+    size_t SampleCount() const { return samples_.size(); }
 
 private:
     void Periodic(Writable* out, const char* interval);
