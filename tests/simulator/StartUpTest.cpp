@@ -141,3 +141,11 @@ TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
         EXPECT_EQ(LogLines(c.message), c.expected ? 1 : 0) << c.timeout;
     }
 }
+
+TEST_F(EndToEndStartUpTest, DaemonRunsUnderAWrapperThatLoadsTheRedirectItself) {
+    TerminalOptions options;
+    options.monitorWrapper = std::string("/usr/bin/env LD_PRELOAD=") + kRedirectLibrary;
+    PowerOn(options);
+    StartMonitor();
+    Expect(Source::kWatchdog, "armed with 300 s");
+}
