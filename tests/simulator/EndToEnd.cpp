@@ -11,6 +11,8 @@ namespace {
 
 // Nothing ever takes so long; a slow machine is to be waited for.
 constexpr double kDeadlineSeconds = 60;
+// A case that has failed already is only brought to its end.
+constexpr double kImpatientSeconds = 2;
 
 }  // namespace
 
@@ -73,7 +75,8 @@ void EndToEnd::StartInDebugMode(const std::vector<std::string>& arguments) {
 }
 
 bool EndToEnd::Expect(Source source, const std::string& text) {
-    const bool came = terminal_->Await(source, text, kDeadlineSeconds).has_value();
+    const double patience = HasFailure() ? kImpatientSeconds : kDeadlineSeconds;
+    const bool came = terminal_->Await(source, text, patience).has_value();
     EXPECT_TRUE(came) << "no \"" << text << "\"";
     return came;
 }
