@@ -47,9 +47,15 @@ std::string Records(int fd) {
     return records;
 }
 
+// Every case runs in a child that has a syslog of its own.
 class SyslogTest : public testing::Test {
 protected:
-    // Runs `body` in a child that has a syslog of its own.
+    void SetUp() override {
+        InPrivateSyslog([] {});
+        if (isRefused_) {
+            GTEST_SKIP() << "mount namespaces are not permitted here";
+        }
+    }
     void InPrivateSyslog(const std::function<void()>& body) {
         const pid_t child = fork();
         if (child == 0) {
@@ -65,118 +71,87 @@ protected:
         }
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
-        if (WEXITSTATUS(status) == kNotPermitted) {
-            GTEST_SKIP() << "mount namespaces are not permitted here";
-        }
-        EXPECT_EQ(status, 0);
+        isRefused_ = WEXITSTATUS(status) == kNotPermitted;
+        EXPECT_TRUE(status == 0 || isRefused_);
         records_ = ReadFile(dir_.File("records"));
         errors_ = ReadFile(dir_.File("stderr"));
     }
 
     TempDir dir_;
+    bool isRefused_ = false;
     std::string records_;
     std::string errors_;
 };
 
 TEST_F(SyslogTest, GetsLevelZeroAndErrorsOnceEachWhileItIsOpen) {
     InPrivateSyslog([] {
-        LogMessage(0, "before %d\n", 0);
         LogError("before %d\n", 1);
-        EXPECT_FALSE(IsSyslogOpen());
         OpenSyslog("first");
         OpenSyslog("keldra");
-        EXPECT_TRUE(IsSyslogOpen());
         LogMessage(0, "notice %s\n", "a");
         LogMessage(2, "detail %s\n", "b");
-        LogMessage(-1, "below %s\n", "c");
         LogError("error %s\n", "d");
+        SyslogSink().Write("abcdef", 3);
+        SyslogSink().Printf("%d%%\n", 50);
         CloseSyslog();
         CloseSyslog();
-        EXPECT_FALSE(IsSyslogOpen());
         LogMessage(0, "after\n");
-        LogError("after\n");
     });
-    if (!IsSkipped()) {
-        EXPECT_EQ(records_, "<29>keldra: notice a\n|<27>keldra: error d\n|");
-        EXPECT_EQ(errors_,
-                  "before 0\nbefore 1\nnotice a\ndetail b\nbelow c\nerror d\nafter\nafter\n");
-    }
+    EXPECT_EQ(errors_, "before 1\nnotice a\ndetail b\nerror d\nafter\n");
+    EXPECT_EQ(records_,
+              "<29>keldra: notice a\n|<27>keldra: error d\n|<27>keldra: abc|<27>keldra: 50%\n|");
 }
 
 TEST_F(SyslogTest, HooksInForceBeforeAreCalledAndComeBack) {
     InPrivateSyslog([] {
         const LogHooks mine = {
-            [](const char* format, va_list arguments) { vfprintf(stderr, format, arguments); },
-            [](int level, const char*, va_list arguments) {
-                fprintf(stderr, "%d:%s;", level, va_arg(arguments, const char*));
+            [](const char*, va_list list) { fprintf(stderr, "%s;", va_arg(list, const char*)); },
+            [](int level, const char*, va_list list) {
+                fprintf(stderr, "%d:%s;", level, va_arg(list, const char*));
             }};
         CurrentLogHooks() = mine;
         OpenSyslog("keldra");
         LogMessage(0, "%s", "zero");
-        LogMessage(2, "%s", "two");
         LogError("%s", "plain");
         CloseSyslog();
         EXPECT_EQ(CurrentLogHooks().plain, mine.plain);
         EXPECT_EQ(CurrentLogHooks().levelled, mine.levelled);
     });
-    if (!IsSkipped()) {
-        EXPECT_EQ(records_, "<29>keldra: zero|<27>keldra: plain|");
-        EXPECT_EQ(errors_, "0:zero;2:two;plain");
-    }
+    EXPECT_EQ(errors_, "0:zero;plain;");
+    EXPECT_EQ(records_, "<29>keldra: zero|<27>keldra: plain|");
 }
 
-TEST_F(SyslogTest, SinkSendsEachWriteAsOneErrorRecord) {
-    InPrivateSyslog([] {
-        OpenSyslog("keldra");
-        EXPECT_EQ(SyslogSink().Write("abcdef", 3), 3U);
-        SyslogSink().Printf("%d%%\n", 50);
-        SyslogSink().Puts("\n");
-    });
-    if (!IsSkipped()) {
-        EXPECT_EQ(records_, "<27>keldra: abc|<27>keldra: 50%\n|<27>keldra: \n|");
-    }
+OptionsNode Options(const Json::Value& isOn, const Json::Value& level) {
+    Json::Value document(Json::objectValue);
+    document["syslogger_on"] = isOn;
+    document["syslogger_level"] = level;
+    return OptionsNode(document);
 }
 
 TEST_F(SyslogTest, OptionsPutTheSinkIntoTheListAtTheirLevel) {
-    const auto options = [](const Json::Value& isOn, const Json::Value& level) {
-        Json::Value document(Json::objectValue);
-        document["syslogger_on"] = isOn;
-        document["syslogger_level"] = level;
-        return OptionsNode(document);
-    };
-    const OptionsNode empty;
-    const OptionsNode on = options(true, Json::Value());
-    const OptionsNode onAtThree = options(true, 3);
-    const OptionsNode off = options(false, 9);
-    const OptionsNode absent = options(Json::Value(), 9);
-    const OptionsNode noObject(Json::Value("text"));
+    const Json::Value null;
+    const OptionsNode on = Options(true, null), three = Options(true, 3), off = Options(false, 9);
+    const OptionsNode empty, absent = Options(null, 9), noObject(Json::Value("text"));
     const struct {
         const OptionsNode* first;
         const OptionsNode* second;
-        std::string traced;  // of the levels 0 to 9
-    } cases[] = {
-        {&empty, nullptr, ""},        {&absent, &noObject, ""},
-        {&on, nullptr, "012345"},     {&on, &onAtThree, "0123"},
-        {&onAtThree, &on, "012345"},  {&on, &off, ""},
-        {&off, &absent, ""},          {&onAtThree, &absent, "0123"},
-        {&onAtThree, &empty, "0123"}, {&onAtThree, &noObject, "0123"},
-    };
+        const char* traced;  // of the levels 0 to 6
+    } cases[] = {{&on, nullptr, "012345"}, {&on, &three, "0123"},       {&three, &on, "012345"},
+                 {&on, &off, ""},          {&off, &absent, ""},         {&three, &absent, "0123"},
+                 {&three, &empty, "0123"}, {&three, &noObject, "0123"}, {&empty, &absent, ""}};
     for (const auto& c : cases) {
         InPrivateSyslog([&c] {
             TraceList list;
             ApplySysloggerOptions(list, c.first);
             ApplySysloggerOptions(list, c.second);
-            OpenSyslog("k");
-            for (int level = 0; level < 10; ++level) {
+            OpenSyslog("");
+            for (int level = 0; level < 7; ++level) {
                 list.Trace(level, "%d", level);
             }
         });
         std::string expected;
-        for (const char level : c.traced) {
-            expected += std::string("<27>k: ") + level + "|";
-        }
-        if (IsSkipped()) {
-            return;
+        for (const char* level = c.traced; *level != 0; ++level) {
+            expected += std::string("<27>: ") + *level + "|";
         }
         EXPECT_EQ(records_, expected) << "case " << &c - cases;
     }
