@@ -29,12 +29,14 @@ public:
     bool Open(const char* caller) override;
     void OnTimeout(unsigned int monotonicMs, void* out) override;
 
+    // Closes the file for the operation named `caller`. After a failure it still counts as open.
+    bool Close(const char* caller);
+    // One check: false when the file could not be opened, read whole or closed.
+    bool Read();
+
     uint32_t GetPreviousCount() const { return previousCount_; }
 
 private:
-    bool Close(const char* caller);
-    bool Read();
-
     uint32_t previousCount_ = 0;
     CallbackRef1<bool> resultCallback_;
 };

@@ -54,7 +54,7 @@ void HeartbeatTimerBase::Arm() {
 }
 
 bool HeartbeatTimerBase::Stop() {
-    if (!HeartbeatTimerBase::IsActive()) {
+    if (!IsActive()) {
         return false;
     }
     timer_.Stop();
@@ -141,6 +141,7 @@ uint32_t HeartbeatTimerBase::GetSecondsToNextCheck() const {
     if (!timer_.IsActive()) {
         return 0;
     }
+    // Overdue while a check before it still waits for a command.
     const TimeValue remaining = timer_.Expiry() - TimeValue::Now();
     return remaining.Seconds() < 0 ? 0 : static_cast<uint32_t>(remaining.Seconds());
 }

@@ -30,8 +30,8 @@ public:
     // Stops the timer, closes the file and forgets the count. False when nothing was active.
     virtual bool Stop();
     // Applies new options; options equal to the last applied ones change nothing, not even the
-    // timer. An active timer is restarted. After a failure the timer is stopped, and the next
-    // Reload is applied whatever it holds.
+    // timer. An active timer is restarted. After a failure the timer is stopped, and the same
+    // options are not skipped the next time.
     virtual bool Reload(const OptionsNode& newOptions);
     // Whether the timer is armed or the file is open.
     virtual bool IsActive() const;

@@ -9,6 +9,7 @@
 
 #include "core/log/Log.h"
 #include "core/output/FormatText.h"
+#include "monitor/DebugLog.h"
 #include "monitor/MonitorState.h"
 #include "monitor/Paths.h"
 #include "monitor/ProcessLookup.h"
@@ -25,8 +26,9 @@ namespace {
 constexpr size_t kOutputSize = 4096;
 constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
 
-// The options file of that type, null for an unknown one. Counted here, before anything can fail.
-const char* ChooseOptionsFile(OptionsType type) {
+// The options file of that type, null for an unknown one. The start is counted here, before
+// anything can fail.
+const char* CountStartAndGetOptionsFile(OptionsType type) {
     switch (type) {
         case OptionsType::kNormal:
             ++statistics.start_with_normal_options;
@@ -43,11 +45,20 @@ const char* ChooseOptionsFile(OptionsType type) {
 
 // In the child. Does not return.
 [[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
+    RestoreSignalsInChild();
     Quenda::CloseInheritedDescriptors();
-    // Without an options file the list ends in front of "-cfg".
-    (void)execl(path, name, "-cp", "23", optionsFile == nullptr ? nullptr : "-cfg", optionsFile,
-                nullptr);
+    if (optionsFile == nullptr) {
+        (void)execl(path, name, "-cp", "23", nullptr);
+    } else {
+        (void)execl(path, name, "-cp", "23", "-cfg", optionsFile, nullptr);
+    }
     _exit(kExecFailed);
+}
+
+// False, with errno set, when the launcher cannot be waited for.
+bool WaitForLauncher(pid_t child, int& status) {
+    const SignalWindow window;
+    return waitpid(child, &status, 0) != -1;
 }
 
 bool JudgeLauncher(pid_t child, int status) {
@@ -59,16 +70,14 @@ bool JudgeLauncher(pid_t child, int status) {
         LogMessage(0, "Keldra failed to start, status: %d\n", WEXITSTATUS(status));
         return false;
     }
-    if (settings.debug) {
-        LogMessage(0, "Keldra started successfully with PID %d\n", child);
-    }
+    LogDebug("Keldra started successfully with PID %d\n", child);
     return true;
 }
 
 }  // namespace
 
 bool StartKeldra(const std::string& processName, OptionsType optionsType) {
-    const char* const optionsFile = ChooseOptionsFile(optionsType);
+    const char* const optionsFile = CountStartAndGetOptionsFile(optionsType);
     const std::string path = kProgramDirectory + processName;
     struct stat status {};
     if (stat(path.c_str(), &status) == -1) {
@@ -81,27 +90,17 @@ bool StartKeldra(const std::string& processName, OptionsType optionsType) {
         LogMessage(0, "%s -cp 23 -cfg %s\n", path.c_str(), optionsFile);
     }
 
-    int waitStatus = 0;
-    pid_t child = -1;
-    pid_t waited = -1;
-    int error = 0;
-    {
-        const SignalWindow window;
-        child = fork();
-        if (child == 0) {
-            ExecKeldra(path.c_str(), processName.c_str(), optionsFile);
-        }
-        if (child != -1) {
-            waited = waitpid(child, &waitStatus, 0);
-        }
-        error = errno;
-    }
+    const pid_t child = fork();
     if (child == -1) {
-        LogMessage(0, "Failed to fork for Keldra: %s\n", strerror(error));
+        LogMessage(0, "Failed to fork for Keldra: %s\n", strerror(errno));
         return false;
     }
-    if (waited == -1) {
-        LogMessage(0, "Failed to wait on Keldra %d: %s\n", child, strerror(error));
+    if (child == 0) {
+        ExecKeldra(path.c_str(), processName.c_str(), optionsFile);
+    }
+    int waitStatus = 0;
+    if (!WaitForLauncher(child, waitStatus)) {
+        LogMessage(0, "Failed to wait on Keldra %d: %s\n", child, strerror(errno));
         return false;
     }
     return JudgeLauncher(child, waitStatus);
@@ -109,9 +108,7 @@ bool StartKeldra(const std::string& processName, OptionsType optionsType) {
 
 bool SignalKeldra(const std::string& processName, int signal) {
     const int32_t pid = supervision.keldraPid;
-    if (settings.debug) {
-        LogMessage(0, "Sending signal %d to Keldra %d\n", signal, pid);
-    }
+    LogDebug("Sending signal %d to Keldra %d\n", signal, pid);
     const bool signalled = SignalProcessesByName(processName.c_str(), signal);
     if (!signalled) {
         LogMessage(0, "Failed to kill Keldra %d, continuing anyway\n", pid);
@@ -144,6 +141,7 @@ bool SetLedsToError() {
     const std::string command = FormatText("%s all error", settings.led_control_script.c_str());
     bool set = false;
     {
+        // SIGINT and SIGQUIT are lost while system(3) runs, as it ignores them.
         const SignalWindow window;
         set = Quenda::RunSystemCommand(command);
     }

@@ -6,6 +6,7 @@
 
 #include "core/log/Log.h"
 #include "monitor/ChildControl.h"
+#include "monitor/DebugLog.h"
 #include "monitor/MonitorState.h"
 #include "monitor/MonitorWatchdog.h"
 #include "monitor/ProcessLookup.h"
@@ -46,9 +47,7 @@ void ReportState(KeldraState state) {
             ++statistics.keldra_missed_heartbeat;
             break;
         case KeldraState::kUpAndOkay:
-            if (settings.debug) {
-                LogMessage(0, "Keldra is up and okay\n");
-            }
+            LogDebug("Keldra is up and okay\n");
             break;
     }
 }
@@ -81,7 +80,7 @@ void RestartKeldra() {
         (void)SignalKeldra(settings.keldra_process_name, SIGQUIT);
     }
     (void)SetLedsToError();
-    (void)StartKeldra(settings.keldra_process_name, supervision.health.optionsType);
+    (void)StartKeldra(settings.keldra_process_name, supervision.optionsType);
 }
 
 bool CheckSshd() {
@@ -97,10 +96,8 @@ bool CheckSshd() {
         LogMessage(0, "Starting the SSH daemon because it was not detected\n");
         return StartSshd(settings.sshd_service_name);
     }
-    if (settings.debug) {
-        LogMessage(0, "The SSH daemon is running, but its PID changed to %d since the last check\n",
-                   supervision.sshdPid);
-    }
+    LogDebug("The SSH daemon is running, but its PID changed to %d since the last check\n",
+             supervision.sshdPid);
     return true;
 }
 
@@ -110,11 +107,12 @@ bool CheckHealth(bool heartbeatRead) {
     (void)RefreshPid(settings.keldra_process_name, supervision.keldraPid);
     const HealthFacts facts = {supervision.keldraPid, heartbeatRead, heartbeatReader.InErrorState(),
                                heartbeatReader.HeartbeatMissed()};
-    const HealthHistory before = supervision.health;
+    const HealthHistory before = {supervision.optionsType, supervision.strikes};
     const Judgement judgement = Judge(facts, before, settings.max_strikes);
 
     supervision.keldraState = judgement.state;
-    supervision.health = judgement.next;
+    supervision.optionsType = judgement.next.optionsType;
+    supervision.strikes = judgement.next.strikes;
     ReportState(judgement.state);
     ReportStrikes(judgement, before.strikes);
     if (judgement.reboot) {

@@ -48,8 +48,8 @@ struct Judgement {
 
 KeldraState ClassifyKeldra(const HealthFacts& facts);
 
-// From the third strike on, Keldra gets the backup options file; the first healthy check returns
-// it to the primary one. That holds too where the primary file was missing at start-up, and the
+// From the third strike on, Keldra gets the backup options file; the first recovery returns it to
+// the primary one. That holds too where the primary file was missing at start-up, and the
 // factory file is never left: both are meant so.
 Judgement Judge(const HealthFacts& facts, const HealthHistory& before, uint32_t maxStrikes);
 

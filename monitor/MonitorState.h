@@ -23,8 +23,9 @@ struct MonitorStatistics {
 };
 
 struct SupervisionState {
-    HealthHistory health;
+    OptionsType optionsType;
     KeldraState keldraState;  // of the last check
+    uint32_t strikes;         // consecutive unhealthy checks
     int32_t sshdPid;          // the last one found; 0: none, negative: unknown
     int32_t keldraPid;
 };

@@ -12,7 +12,7 @@ namespace Monitor {
 constexpr size_t kProcessNameSize = 256;
 
 // The process's name and its parent, from /proc/PID/stat. False when there is no such process or
-// its line cannot be parsed. A name that itself holds ")" is cut there, so it matches nothing.
+// its line cannot be parsed. A name that itself holds ")" is cut there.
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid);
 // The same from a stat line, of which the first 127 bytes are looked at.
 bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid);

@@ -1,6 +1,7 @@
 #include "monitor/SignalHandlers.h"
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -37,8 +38,9 @@ void OnStatusRequest(int /*signal*/) {
 }
 
 [[noreturn]] void OnQueryInterrupt(int /*signal*/) {
-    fprintf(stderr, "\n");
-    exit(1);
+    // The query itself may be inside exit or stdio just now.
+    (void)!write(STDERR_FILENO, "\n", 1);
+    _exit(1);
 }
 
 struct HandledSignal {
@@ -51,6 +53,11 @@ constexpr HandledSignal kHandled[] = {
 };
 
 }  // namespace
+
+void PrepareSignals() {
+    (void)signal(SIGUSR1, SIG_IGN);  // neither call can fail with these signals
+    (void)signal(SIGCHLD, SIG_DFL);
+}
 
 void HoldSignals() {
     sigset_t signals;

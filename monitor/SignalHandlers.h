@@ -2,8 +2,11 @@
 
 namespace Monitor {
 
-// From now on the daemon's signals wait until it does (SignalWindow). Called early in the start-up:
-// a status request that comes too soon must not end the monitor, it is answered a moment later.
+// Before the daemon detaches itself: a status request that comes too soon goes unanswered, but
+// does not end it, and children can be waited for whatever the starter ignored.
+void PrepareSignals();
+
+// From now on the daemon's signals arrive only while it waits (SignalWindow).
 void HoldSignals();
 
 // The daemon's handlers: SIGUSR1 updates the status file; SIGINT prints the status to standard

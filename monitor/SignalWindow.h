@@ -8,9 +8,7 @@ namespace Monitor {
 // cuts into the log or the heap half-way, the daemon keeps their signals blocked except while it
 // waits: in the event loop's wait, and wherever one of these objects lives.
 //
-// While a window is open, use neither the heap nor the log. A child is forked inside a window: it
-// inherits the signal mask, and Keldra and sshd are to start with the one that the daemon itself
-// was given.
+// A window is for waiting: code inside it keeps away from the heap and the log.
 class SignalWindow {
 public:
     SignalWindow();
@@ -21,5 +19,9 @@ public:
 
 // Blocks the given signals outside windows and outside the event loop's wait, from now on.
 void BlockSignalsOutsideWindows(const sigset_t& signals);
+
+// In a child between fork and exec: gives those signals back the dispositions and the mask that
+// the daemon was started with. A child forked inside a window has that mask already.
+void RestoreSignalsInChild();
 
 }  // namespace Monitor

@@ -16,6 +16,7 @@
 #include "core/output/StdioWritable.h"
 #include "core/output/SysloggerWritable.h"
 #include "monitor/CommandLine.h"
+#include "monitor/DebugLog.h"
 #include "monitor/HealthCheck.h"
 #include "monitor/MonitorState.h"
 #include "monitor/MonitorWatchdog.h"
@@ -32,12 +33,6 @@ namespace {
 
 constexpr int kDebugTraceLevel = 9;
 constexpr int kSyslogTraceLevel = 2;
-
-void DebugMessage(const char* text) {
-    if (settings.debug) {
-        LogMessage(0, "%s", text);
-    }
-}
 
 void OpenLogs() {
     // Kept for the life of the process, since the trace list refers to them until its end.
@@ -62,9 +57,9 @@ bool IsOnlyInstance() {
 }
 
 void Detach() {
-    // When it fails, the monitor supervises from the foreground.
-    if (!settings.debug && daemon(1, 0) == -1) {
-        return;
+    if (!settings.debug) {
+        // A monitor that cannot detach itself supervises all the same.
+        (void)!daemon(1, 0);
     }
 }
 
@@ -109,18 +104,18 @@ bool Exists(const char* path) {
 
 bool ChooseOptionsFile() {
     if (Exists(kPrimaryOptionsFile)) {
-        DebugMessage("Defaulting to Keldra's primary options file\n");
-        supervision.health.optionsType = OptionsType::kNormal;
+        LogDebug("Defaulting to Keldra's primary options file\n");
+        supervision.optionsType = OptionsType::kNormal;
     } else if (Exists(kBackupOptionsFile)) {
         LogMessage(0,
                    "Falling back to Keldra's backup options file because the primary options file "
                    "is missing\n");
-        supervision.health.optionsType = OptionsType::kBackup;
+        supervision.optionsType = OptionsType::kBackup;
     } else if (Exists(kFactoryOptionsFile)) {
         LogMessage(0,
                    "Falling back to Keldra's factory options file because both the primary and "
                    "backup options files are missing\n");
-        supervision.health.optionsType = OptionsType::kFactory;
+        supervision.optionsType = OptionsType::kFactory;
     } else {
         LogMessage(
             0,
@@ -138,12 +133,13 @@ int RunMonitor(int argc, char** argv) {
     if (const std::optional<int> exitCode = ParseCommandLine(argc, argv, settings)) {
         return *exitCode;
     }
-    HoldSignals();
+    PrepareSignals();
     OpenLogs();
     if (!IsOnlyInstance()) {
         return 1;
     }
     Detach();
+    HoldSignals();
     EnterWorkingDirectory();
     (void)ArmWatchdog(kBiteSeconds);  // logs its own failure; every check tries again
     if (!StartHeartbeatReader()) {
@@ -158,7 +154,7 @@ int RunMonitor(int argc, char** argv) {
         LogMessage(0, "Failed to initialize the main event loop!\n");
         return 1;
     }
-    DebugMessage("Starting the main event loop\n");
+    LogDebug("Starting the main event loop\n");
     // Keldra is not started here: the first check finds it absent and starts it.
     loop.Run();
     LogMessage(0, "%s: BUG! Keldra Monitor returns?!\n", "int main(int, char**)");

@@ -44,7 +44,7 @@ bool ReadModificationTime(timespec& time) {
     return true;
 }
 
-// Each part on its own: a file from before a step of the wall clock still shows a change.
+// Each part is compared on its own. After the wall clock was set back, a change may stay unseen.
 bool IsNewer(const timespec& time, const timespec& noted) {
     return time.tv_sec > noted.tv_sec || time.tv_nsec > noted.tv_nsec;
 }

@@ -46,8 +46,8 @@ void WriteStatistics(FILE* out) {
 void WriteState(FILE* out) {
     fprintf(out, "State\n=====\n");
     fprintf(out, "Keldra State:   %s\n", Text(supervision.keldraState));
-    fprintf(out, "Options Type:   %s\n", Text(supervision.health.optionsType));
-    fprintf(out, "Strikes:        %u\n", supervision.health.strikes);
+    fprintf(out, "Options Type:   %s\n", Text(supervision.optionsType));
+    fprintf(out, "Strikes:        %u\n", supervision.strikes);
     fprintf(out, "Keldra PID:     %d\n", supervision.keldraPid);
     fprintf(out, "SSH Daemon PID: %d\n", supervision.sshdPid);
     fprintf(out, "\n");

@@ -44,8 +44,8 @@ public:
     bool AddActivity(ActivityHold* hold) { return activities_->Add(hold); }
     bool RemoveActivity(ActivityHold* hold) { return activities_->Remove(hold); }
 
-    // Signals that the process keeps blocked and that are to arrive during the wait of `Run`
-    // only: while the loop waits, `mask` is in force instead of the process's own mask.
+    // For signals that the process keeps blocked and that are to arrive while the loop waits, or
+    // instead of a wait for which there was no need: `mask` is then in force, not the process's.
     void SetWaitSignalMask(const sigset_t& mask);
 
     // Runs until epoll reports that its own descriptor is no longer valid. A signal ends a wait

@@ -82,7 +82,7 @@ TEST_F(HealthCheckTest, AbsentKeldraStrikesAndIsStartedWithTheBackupFromTheThird
     EXPECT_TRUE(Check(4));
     EXPECT_EQ(log_,
               std::string("Keldra started responding again after 28 seconds\n") + kNoWatchdog);
-    EXPECT_EQ(supervision.health.optionsType, OptionsType::kNormal);
+    EXPECT_EQ(supervision.optionsType, OptionsType::kNormal);
     EXPECT_EQ(supervision.keldraPid, keldra.Pid());
     EXPECT_EQ(statistics.keldra_recovered, 1U);
     EXPECT_TRUE(Check(5));
@@ -121,7 +121,7 @@ TEST_F(HealthCheckTest, ErrorStateIsACountOf0OrAnUnreadableFile) {
 
 TEST_F(HealthCheckTest, SecondsOfAStrikeWrapAt32Bits) {
     settings.heartbeat_timeout_sec = 4294967295U;
-    supervision.health.strikes = 1;
+    supervision.strikes = 1;
     (void)Check(1);
     EXPECT_NE(log_.find("Strike 2! Keldra has not responded for 4294967294 seconds\n"),
               std::string::npos);

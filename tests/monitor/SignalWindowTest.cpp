@@ -64,7 +64,7 @@ TEST(SignalWindowTest, EventLoopsWaitIsAWindow) {
                       return 1;
                   }
                   raise(SIGUSR1);
-                  if (caught != 0 || !loop.Poll()) {  // interrupted, which is harmless
+                  if (caught != 0 || !loop.Poll()) {
                       return 2;
                   }
                   return caught == 1 && IsBlocked(SIGUSR1) ? 0 : 3;

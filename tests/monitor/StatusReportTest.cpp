@@ -13,7 +13,7 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     settings = MonitorSettings();
     settings.max_strikes = 4294967295U;
     statistics = {1, 2, 3, 4, 5, 6, 7, 8, 4294967295U};
-    supervision = {{OptionsType::kBackup, 2}, KeldraState::kMissedHeartbeat, -1, 4711};
+    supervision = {OptionsType::kBackup, KeldraState::kMissedHeartbeat, 2, -1, 4711};
     const TempDir dir;
     const std::string path = dir.File("report");
     FILE* const file = fopen(path.c_str(), "w");
