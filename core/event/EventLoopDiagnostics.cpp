@@ -19,6 +19,7 @@ void Sleep(Writable* out, const char* milliseconds) {
     const int n =
         static_cast<int>(std::clamp<long>(strtol(milliseconds, nullptr, 10), INT_MIN, INT_MAX));
     out->Printf("Sleeping for %i milliseconds.\n", n);
+    // As unsigned microseconds, a negative number would stand for more than an hour.
     if (n > 0) {
         usleep(static_cast<useconds_t>(n) * 1000U);
     }

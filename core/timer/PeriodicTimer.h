@@ -18,6 +18,8 @@ public:
     // started together. A period of 0 counts as 1 ms, due at once.
     void Start(unsigned int periodMs);
 
+    // Re-arms from the expiry that stands after the callback: a callback that starts its own timer
+    // moves the phase, and the next call comes one period after the first expiry that it gave.
     void Expire(const TimeValue& now) override;
 
 private:

@@ -40,7 +40,7 @@ void TimeKeeper::ProcessExpired() {
     }
 }
 
-void TimeKeeper::ProcessExpired(const TimeValue& now) {
+void TimeKeeper::ProcessExpired(TimeValue now) {
     while (!queue_.empty()) {
         TimerTkIntf* const timer = queue_.begin()->second;
         if (!timer->HasExpired(now)) {

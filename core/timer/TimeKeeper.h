@@ -25,7 +25,7 @@ public:
     void ProcessExpired() override;
     // The same at a given time. `now` stays the same for the whole pass: a timer re-armed to a
     // time that is not after it fires again in this pass.
-    void ProcessExpired(const TimeValue& now);
+    void ProcessExpired(TimeValue now);
     bool IsEmpty() const override { return queue_.empty(); }
     size_t ActiveCount() const override { return queue_.size(); }
     void ResetExpiredCount() override { expiredCount_ = 0; }

@@ -66,7 +66,8 @@ bool ParseTime(const char* text, time_t& time, const char* format) {
         return false;
     }
     const time_t parsed = mktime(&fields);
-    if (parsed == -1) {
+    // The terminal's time has 32 bits: what it cannot hold fails, on a workstation as well.
+    if (parsed == -1 || parsed != static_cast<int32_t>(parsed)) {
         return false;
     }
     time = parsed;

@@ -1,0 +1,63 @@
+#include "core/log/TraceList.h"
+
+#include <gtest/gtest.h>
+
+using namespace Quenda;
+
+namespace {
+
+std::string journal;
+
+// Notes each text in the journal.
+struct Scribe : Writable {
+    explicit Scribe(const char* who) : name(who) {}
+    using Writable::Write;
+    size_t Write(const void* data, size_t) override {
+        journal += name + std::string(static_cast<const char*>(data)) + " ";
+        return 0;
+    }
+    std::string name;
+};
+
+std::string Traced(TraceList& list, int level) {
+    journal.clear();
+    list.Trace(level, "%d", level);
+    return journal;
+}
+
+TEST(TraceListTest, ReachesSinksWhoseThresholdAdmitsItInOrder) {
+    Scribe low("low"), high("high");
+    TraceList list;
+    list.AddSink(2, &high);
+    list.AddSink(2, nullptr);
+    list.AddSink(2, &low);
+    list.AddSink(9, &high);  // keeps its place
+    EXPECT_EQ(Traced(list, -1), "high-1 low-1 ");
+    EXPECT_EQ(Traced(list, 2), "high2 low2 ");
+    EXPECT_EQ(Traced(list, 3), "high3 ");
+    EXPECT_EQ(Traced(list, 9), "high9 ");
+    EXPECT_EQ(Traced(list, 10), "");
+    list.AddSink(-5, &high);
+    list.TraceAll("%s", "");
+    EXPECT_EQ(journal, "high low ");
+    list.RemoveSink(&high);
+    list.RemoveSink(&high);
+    EXPECT_EQ(Traced(list, -9), "low-9 ");
+}
+
+TEST(TraceListTest, SinksAndListsMayEndInAnyOrder) {
+    auto sink = std::make_unique<Scribe>("sink");
+    Scribe other("other");
+    auto list = std::make_unique<TraceList>();
+    TraceList longer;
+    for (TraceList* each : {list.get(), &longer}) {
+        each->AddSink(9, sink.get());
+        each->AddSink(9, &other);
+    }
+    list.reset();
+    EXPECT_EQ(Traced(longer, 0), "sink0 other0 ");
+    sink.reset();
+    EXPECT_EQ(Traced(longer, 0), "other0 ");
+}
+
+}  // namespace

@@ -1,0 +1,80 @@
+#include "core/output/Writable.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "core/output/SharedText.h"
+#include "core/output/StdioWritable.h"
+#include "core/output/StringWritable.h"
+
+using namespace Quenda;
+
+namespace {
+
+// Keeps each piece that reaches the primitive write.
+struct Pieces : Writable {
+    using Writable::Write;
+    size_t Write(const void* data, size_t length) override {
+        all.emplace_back(static_cast<const char*>(data), length);
+        return 40 + length;
+    }
+    // Formats the same argument list twice and returns the second result.
+    __attribute__((format(printf, 2, 3))) size_t Twice(const char* format, ...) {
+        va_list arguments;
+        va_start(arguments, format);
+        VPrintf(format, arguments);
+        all.clear();
+        const size_t written = VPrintf(9, format, arguments);
+        va_end(arguments);
+        return written;
+    }
+    std::vector<std::string> all;
+};
+
+TEST(WritableTest, EveryFormEndsInOnePrimitiveWrite) {
+    const std::string big(100000, 'x');
+    const wchar_t unprintable[] = {static_cast<wchar_t>(0x7fffffff), 0};
+    const std::pair<std::function<size_t(Pieces&)>, std::string> cases[] = {
+        {[](Pieces& out) { return out.Write(7, "a\0b", 3); }, std::string("a\0b", 3)},
+        {[](Pieces& out) { return out.Printf(7, "%d-%s", 1, "x"); }, "1-x"},
+        {[&](Pieces& out) { return out.Printf("%s", big.c_str()); }, big},
+        {[](Pieces& out) { return out.Printf("%s", ""); }, ""},
+        {[&](Pieces& out) { return out.Printf("%ls", unprintable); }, ""},
+        {[](Pieces& out) { return out.Puts(7, "100%s"); }, "100%s"},
+        {[](Pieces& out) { return out.Twice("%s %d", "again", 2); }, "again 2"},
+    };
+    for (const auto& [call, piece] : cases) {
+        Pieces out;
+        EXPECT_EQ(call(out), 40 + piece.size());
+        EXPECT_EQ(out.all, std::vector<std::string>{piece});
+    }
+}
+
+TEST(StringWritableTest, CutsAtAZeroByteAndReturnsTheLength) {
+    StringWritable out(2);
+    EXPECT_EQ(out.Write("ab\0cd", 5), 2U);
+    EXPECT_EQ(out.Printf(3, "%d", 45), 4U);
+    EXPECT_EQ(out.Text(), "ab45");
+}
+
+TEST(StdioWritableTest, ReturnsWhatTheStreamTook) {
+    for (const auto& [path, taken] : {std::pair("/dev/null", 3U), std::pair("/dev/full", 0U)}) {
+        FILE* const stream = fopen(path, "w");
+        setvbuf(stream, nullptr, _IONBF, 0);
+        EXPECT_EQ(StdioWritable(stream).Puts(""), 0U);
+        EXPECT_EQ(StdioWritable(stream).Write("a\0b", 3), taken);
+        EXPECT_EQ(fclose(stream), 0);
+    }
+}
+
+TEST(SharedTextTest, AbsentIsNotEmptyAndCopiesOutliveTheOriginal) {
+    EXPECT_TRUE(SharedText(static_cast<const char*>(nullptr)).IsAbsent());
+    EXPECT_FALSE(SharedText("").IsAbsent());
+    SharedText copy;
+    EXPECT_STREQ(copy.Get(), "");
+    copy = SharedText(std::string("timer"));
+    EXPECT_STREQ(copy.Get(), "timer");
+}
+
+}  // namespace

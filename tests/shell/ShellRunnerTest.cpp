@@ -1,0 +1,158 @@
+#include "shell/ShellRunner.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <functional>
+
+#include "tests/support/Capture.h"
+#include "tests/support/Descriptors.h"
+
+using namespace Quenda;
+
+namespace {
+
+// Whatever happens, nothing may be left behind: no descriptor and no child.
+class ShellRunnerTest : public testing::Test {
+protected:
+    void TearDown() override {
+        EXPECT_EQ(OpenDescriptors(), before_);
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+        EXPECT_EQ(errno, ECHILD);
+    }
+
+    std::map<int, std::string> before_ = OpenDescriptors();
+};
+
+// Runs `body` in a child of its own and returns what it returns.
+int InChild(const std::function<int()>& body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(body());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
+    const std::pair<const char*, std::string> cases[] = {
+        {":", ""},
+        {"echo 1; echo 2 >&2; echo 3; echo $0", "1\n2\n3\n/bin/sh\n"},
+        {"echo only >&2", "only\n"},
+        {"printf 'a\\000\\377b'", std::string("a\0\xff"
+                                              "b",
+                                              4)},
+        {"head -c 3000001 /dev/zero", std::string(3000001, '\0')},
+        {"printf part; exit 2", "partShell command exited with code 2\n"},
+        {"echo x; kill -KILL $$", "x\nShell Failed: Killed by signal 9\n"},
+    };
+    for (const auto& [command, expected] : cases) {
+        std::string output = "kept:";
+        EXPECT_EQ(RunShellCommand(command, output), expected.find("Shell ") == std::string::npos);
+        EXPECT_TRUE(output == "kept:" + expected) << command << " " << output.size();
+    }
+}
+
+TEST_F(ShellRunnerTest, FailedExecIsExplainedInTheOutputAlone) {
+    Capture capture(STDOUT_FILENO);
+    printf("buffered by the caller");
+    const char* const argv[] = {"name"};
+    std::string output;
+    EXPECT_FALSE(RunExecCommand("/nonexistent", 1, argv, output));
+    const std::string tooLong = "exit 0 #" + std::string(200000, 'x');
+    EXPECT_FALSE(RunShellCommand(tooLong, output));
+    const std::string ended = "\nShell command exited with code 1\n";
+    EXPECT_EQ(output, "Failed to exec \"/nonexistent\": No such file or directory" + ended +
+                          "Failed to exec \"" + tooLong + "\": Argument list too long" + ended);
+    EXPECT_EQ(capture.Stop(), "buffered by the caller");
+}
+
+TEST_F(ShellRunnerTest, AtMost30ArgumentsArePassed) {
+    std::vector<const char*> argv(40, "x");
+    std::copy_n(std::array{"sh", "-c", "echo $#"}.begin(), 3, argv.begin());
+    // The shell's name, its option, the command and $0 do not count in $#.
+    for (const auto& [count, passed] : {std::pair(29, "25\n"), {30, "26\n"}, {40, "26\n"}}) {
+        std::string output;
+        EXPECT_TRUE(RunExecCommand("/bin/sh", count, argv.data(), output));
+        EXPECT_EQ(output, passed) << count;
+    }
+    std::string output;
+    EXPECT_TRUE(RunExecCommand("/bin/true", -1, nullptr, output));
+}
+
+TEST_F(ShellRunnerTest, WithoutAPipeTheReasonReplacesTheOutput) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none = {0, limit.rlim_max};
+    std::string output = "lost";
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_FALSE(RunShellCommand(":", output));
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(output, "Shell Failed: Failed to create pipe: Too many open files\n");
+}
+
+TEST_F(ShellRunnerTest, WithoutAProcessTheReasonReplacesTheOutput) {
+    const int result = InChild([] {
+        const rlimit none = {0, 0};
+        std::string output = "lost";
+        const auto before = OpenDescriptors();
+        // The limit does not hold for root.
+        if ((geteuid() == 0 && setresuid(65534, 65534, 65534) == -1) ||
+            setrlimit(RLIMIT_NPROC, &none) == -1 || RunShellCommand(":", output)) {
+            return 77;
+        }
+        return output == "Shell Failed: Failed to create fork: Resource temporarily "
+                         "unavailable\n" &&
+                       OpenDescriptors().size() == before.size()
+                   ? 0
+                   : 1;
+    });
+    if (result == 77) {
+        GTEST_SKIP() << "the number of processes cannot be limited here";
+    }
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(ShellRunnerTest, SignalDoesNotCutTheOutputShort) {
+    struct sigaction interrupt = {}, old = {};
+    interrupt.sa_handler = [](int) {};  // without SA_RESTART
+    sigaction(SIGUSR1, &interrupt, &old);
+    std::string output;
+    EXPECT_TRUE(RunShellCommand("kill -USR1 $PPID; echo on; kill -USR1 $PPID; echo end", output));
+    sigaction(SIGUSR1, &old, nullptr);
+    EXPECT_EQ(output, "on\nend\n");
+}
+
+TEST_F(ShellRunnerTest, EmptyCommandsFailAndSystemTellsOnlySuccess) {
+    std::string output = "kept";
+    EXPECT_FALSE(RunShellCommand("", output));
+    EXPECT_EQ(output, "kept");
+    EXPECT_TRUE(RunSystemCommand("exit 0"));
+    for (const char* command : {"", "exit 1", "kill -9 $$"}) {
+        EXPECT_FALSE(RunSystemCommand(command)) << command;
+    }
+}
+
+TEST_F(ShellRunnerTest, InheritedDescriptorsAreClosedUpTo1023) {
+    EXPECT_EQ(InChild([] {
+                  dup2(STDERR_FILENO, 3);
+                  dup2(STDERR_FILENO, 1023);
+                  const bool above = dup2(STDERR_FILENO, 1024) == 1024;
+                  CloseInheritedDescriptors();
+                  return OpenDescriptors().rbegin()->first == STDERR_FILENO &&
+                                 above == (fcntl(1024, F_GETFD) != -1)
+                             ? 0
+                             : 1;
+              }),
+              0);
+}
+
+}  // namespace

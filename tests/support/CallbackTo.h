@@ -1,0 +1,17 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "core/callback/Callback.h"
+
+// A callback object for whatever function a test has at hand.
+template <typename Signature>
+struct CallbackTo;
+
+template <typename Result, typename... Arguments>
+struct CallbackTo<Result(Arguments...)> : Quenda::CallbackBuffer<Result(Arguments...)> {
+    explicit CallbackTo(std::function<Result(Arguments...)> target) : function(std::move(target)) {}
+    Result Invoke(Arguments... arguments) override { return function(arguments...); }
+    std::function<Result(Arguments...)> function;
+};
