@@ -96,7 +96,8 @@ std::vector<std::string> SimulatedTerminal::MonitorCommand(
     // The library takes itself out of the environment again: what the daemon starts runs without.
     // A daemon built with sanitizers is to put up with it and to leave its reports behind.
     std::vector<std::string> command = {
-        "/usr/bin/env", "ASAN_OPTIONS=verify_asan_link_order=0:log_path=/tmp/sanitizer",
+        "/usr/bin/env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
+        "ASAN_OPTIONS=verify_asan_link_order=0:log_path=/tmp/sanitizer",
         "UBSAN_OPTIONS=print_stacktrace=1:log_path=/tmp/sanitizer"};
     std::istringstream wrapper(options_.monitorWrapper);
     std::string word;
