@@ -52,8 +52,8 @@ BenchTerminal::BenchTerminal() : terminal_(Describe()) {
     }
 }
 
-std::string BenchTerminal::Run(const std::string& program,
-                               const std::vector<std::string>& arguments) {
+std::vector<std::string> BenchTerminal::Install(const std::string& program,
+                                                const std::vector<std::string>& arguments) {
     std::error_code error;
     const std::string inside = kInside + program;
     fs::copy_file(OwnDirectory() / program, terminal_.Path(inside),
@@ -64,11 +64,28 @@ std::string BenchTerminal::Run(const std::string& program,
     std::vector<std::string> command = {
         "/usr/bin/env", std::string("LD_PRELOAD=") + Simulator::kRedirectLibrary, inside};
     command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
+std::string BenchTerminal::RunInside(const std::vector<std::string>& command) {
     const Simulator::CommandResult result = terminal_.Run(command);
     if (result.status != 0) {
-        Fail(program + " failed: " + result.output);
+        Fail(command.back() + " failed: " + result.output);
     }
     return result.output;
+}
+
+std::string BenchTerminal::Run(const std::string& program,
+                               const std::vector<std::string>& arguments) {
+    return RunInside(Install(program, arguments));
+}
+
+void BenchTerminal::Start(const std::string& program, const std::vector<std::string>& arguments) {
+    std::string line;
+    for (const std::string& word : Install(program, arguments)) {
+        line += word + " ";
+    }
+    (void)RunInside({"/bin/sh", "-c", line + ">/dev/null 2>&1 &"});
 }
 
 pid_t BenchTerminal::Pid(const std::string& name) const {

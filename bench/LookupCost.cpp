@@ -3,7 +3,10 @@
 //
 //   lookup_cost PROCESSES...
 //
-// Prints, for each number of processes, "PROCESSES LOOKUP_NS PLAIN_NS".
+// Prints, for each number of processes, "PROCESSES WARM_LOOKUP WARM_PLAIN COLD_LOOKUP COLD_PLAIN"
+// in nanoseconds. Warm: one right after the other, which shows our own part best. Cold: with the
+// processor's caches emptied before each. Only then can numbers of processes be compared: when
+// warm, the kernel's data of few processes stays in the caches and that of many does not.
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,8 +23,9 @@
 
 namespace {
 
-constexpr int kReadings = 120000;  // of stat files on each side, for each number of processes
-constexpr int kFewestRounds = 60;
+constexpr int kWarmRounds = 200;
+constexpr int kColdRounds = 40;
+constexpr size_t kLargerThanCaches = size_t{256} << 20;
 
 // A process that does nothing until it is ended.
 pid_t Sleeper() {
@@ -54,18 +58,28 @@ double Median(std::vector<double>& values) {
     return *middle;
 }
 
-// False when the lookup goes wrong.
-bool Compare(int processes) {
-    const int rounds = std::max(kFewestRounds, kReadings / processes);
+void KeepCaches() {}
+
+void EmptyCaches() {
+    static std::vector<char> other(kLargerThanCaches);
+    constexpr size_t kCacheLine = 64;
+    for (size_t i = 0; i < other.size(); i += kCacheLine) {
+        ++other[i];
+    }
+}
+
+// Prints the two medians. False when the lookup goes wrong.
+bool Compare(int processes, int rounds, void (*prepare)()) {
     std::vector<double> lookups;
     std::vector<double> plain;
     bool right = true;
     for (int i = 0; i < rounds; ++i) {
+        prepare();
         lookups.push_back(Cost([&right] { right &= Monitor::FindProcessId("no_keldra") == 0; }));
+        prepare();
         plain.push_back(Cost([&] { right &= ReadAllStatFiles() == processes; }));
     }
-    (void)printf("%d %.0f %.0f\n", processes, Median(lookups), Median(plain));
-    (void)fflush(stdout);
+    (void)printf(" %.0f %.0f", Median(lookups), Median(plain));
     return right;
 }
 
@@ -80,7 +94,12 @@ int main(int argc, char** argv) {
             sleepers.push_back(Sleeper());
             right = sleepers.back() > 0;
         }
-        right = right && Compare(processes);
+        (void)printf("%d", processes);
+        (void)fflush(stdout);
+        right = right && Compare(processes, kWarmRounds, KeepCaches) &&
+                Compare(processes, kColdRounds, EmptyCaches);
+        (void)printf("\n");
+        (void)fflush(stdout);
     }
     for (const pid_t pid : sleepers) {
         (void)kill(pid, SIGKILL);

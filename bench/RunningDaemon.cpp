@@ -173,12 +173,12 @@ bool MeasureRunningDaemon(int seconds) {
         Fail("the daemon does not bring Keldra up");
     }
     const pid_t daemon = bench.Pid("keldra_monitor");
-    (void)bench.Run("idle_program", {});
+    bench.Start("idle_program", {});
     // Half a period apart, so that neither finds the caches that the other has warmed.
     WaitForCheck(bench, daemon);
     Wait(bench, 0.5);
-    (void)bench.Run("floor_check", {Simulator::kHeartbeatFile, std::to_string(bench.Pid("keldra")),
-                                    std::to_string(bench.Pid("sshd"))});
+    bench.Start("floor_check", {Simulator::kHeartbeatFile, std::to_string(bench.Pid("keldra")),
+                                std::to_string(bench.Pid("sshd"))});
     Wait(bench, kSettleSeconds);
     const pid_t floor = bench.Pid("floor_check");
 
