@@ -21,6 +21,7 @@
 #include "core/timer/TimeKeeper.h"
 #include "monitor/HealthCheck.h"
 #include "monitor/MonitorState.h"
+#include "monitor/MonitorWatchdog.h"
 
 namespace {
 
@@ -91,7 +92,8 @@ int main(int argc, char** argv) {
 
     Prepare(success);
     Quenda::TimeValue now = Quenda::TimeValue::Now();
-    if (!Quenda::EventLoop::Instance().Init() || !Monitor::heartbeatReader.Start()) {
+    if (Monitor::ArmWatchdog(Monitor::kBiteSeconds) != 0 ||
+        !Quenda::EventLoop::Instance().Init() || !Monitor::heartbeatReader.Start()) {
         return 1;
     }
     while (checks < wanted) {

@@ -23,6 +23,7 @@ constexpr double kCpuBar = 1.25;    // times the floor
 constexpr long kMemoryBarKb = 250;  // above the floor
 constexpr int kPatienceSeconds = 30;
 constexpr double kSettleSeconds = 3;
+constexpr double kBetweenChecks = 0.2;  // seconds after one check and well before the next
 
 // Of one process, since its start.
 struct Sample {
@@ -56,7 +57,7 @@ long Checks(BenchTerminal& bench, pid_t daemon) {
     const std::string path = bench.Terminal().Path(Simulator::kStatusFile);
     (void)unlink(path.c_str());
     (void)bench.Terminal().Signal(daemon, SIGUSR1);
-    Wait(bench, 0.2);
+    Wait(bench, kBetweenChecks);
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     const std::string report = text.str();
@@ -78,10 +79,13 @@ Sample Difference(const Sample& end, const Sample& begin) {
     return {end.cpuUs - begin.cpuUs, end.wakeUps - begin.wakeUps};
 }
 
-// Begins and ends between two checks; the status requests lie outside.
+// Begins and ends between two checks. The status requests lie outside, and the first one a whole
+// check earlier: the wait that it cuts short is not like the others.
 Interval Measure(BenchTerminal& bench, pid_t daemon, pid_t floor, int seconds) {
     WaitForCheck(bench, daemon);
-    const long checks = Checks(bench, daemon);
+    const long checks = Checks(bench, daemon) + 1;
+    WaitForCheck(bench, daemon);
+    Wait(bench, kBetweenChecks);
     const Sample daemonBegin = TakeSample(bench, daemon);
     const Sample floorBegin = TakeSample(bench, floor);
     Wait(bench, seconds);
