@@ -92,8 +92,8 @@ int main(int argc, char** argv) {
 
     Prepare(success);
     Quenda::TimeValue now = Quenda::TimeValue::Now();
-    if (Monitor::ArmWatchdog(Monitor::kBiteSeconds) != 0 ||
-        !Quenda::EventLoop::Instance().Init() || !Monitor::heartbeatReader.Start()) {
+    if (Monitor::ArmWatchdog(Monitor::kBiteSeconds) != 0 || !Quenda::EventLoop::Instance().Init() ||
+        !Monitor::heartbeatReader.Start()) {
         return 1;
     }
     while (checks < wanted) {
