@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <vector>
 
 #include "bench/BenchTerminal.h"
 #include "bench/Measurements.h"
@@ -22,6 +23,8 @@ using Simulator::Source;
 constexpr double kCpuBar = 1.25;    // times the floor
 constexpr long kMemoryBarKb = 250;  // above the floor
 constexpr int kPatienceSeconds = 30;
+// The cost of the same check differs by a third from one start of the programs to the next.
+constexpr int kStarts = 4;
 constexpr double kSettleSeconds = 3;
 constexpr double kBetweenChecks = 0.2;  // seconds after one check and well before the next
 
@@ -29,6 +32,12 @@ constexpr double kBetweenChecks = 0.2;  // seconds after one check and well befo
 struct Sample {
     double cpuUs = 0;  // user and system
     long wakeUps = 0;  // how often it stopped waiting
+
+    Sample& operator+=(const Sample& other) {
+        cpuUs += other.cpuUs;
+        wakeUps += other.wakeUps;
+        return *this;
+    }
 };
 
 Sample TakeSample(const BenchTerminal& bench, pid_t pid) {
@@ -96,16 +105,36 @@ Interval Measure(BenchTerminal& bench, pid_t daemon, pid_t floor, int seconds) {
     return interval;
 }
 
-bool PrintCpu(const Interval& interval) {
+double Ratio(const Interval& interval) {
     // The floor waits once for each of its checks.
-    const auto floorChecks = interval.floor.wakeUps;
-    const double daemonUs = interval.daemon.cpuUs / static_cast<double>(interval.checks);
-    const double floorUs = interval.floor.cpuUs / static_cast<double>(floorChecks);
-    const double ratio = daemonUs / floorUs;
+    return interval.daemon.cpuUs / static_cast<double>(interval.checks) /
+           (interval.floor.cpuUs / static_cast<double>(interval.floor.wakeUps));
+}
+
+Interval Sum(const std::vector<Interval>& intervals) {
+    Interval sum;
+    for (const Interval& interval : intervals) {
+        sum.daemon += interval.daemon;
+        sum.floor += interval.floor;
+        sum.checks += interval.checks;
+    }
+    return sum;
+}
+
+bool PrintCpu(const std::vector<Interval>& intervals) {
+    const Interval sum = Sum(intervals);
+    const double ratio = Ratio(sum);
+    const auto [least, most] = std::minmax_element(
+        intervals.begin(), intervals.end(),
+        [](const Interval& a, const Interval& b) { return Ratio(a) < Ratio(b); });
     Row row;
-    row.figure = "CPU of one check, mean of " + std::to_string(interval.checks);
-    row.measured = Fixed(daemonUs, 1) + " µs, " + Fixed(ratio, 2) + " times";
-    row.floor = Fixed(floorUs, 1) + " µs, a C program's, mean of " + std::to_string(floorChecks);
+    row.figure = "CPU of one check, mean of " + std::to_string(sum.checks) + " in " +
+                 std::to_string(intervals.size()) + " starts";
+    row.measured = Fixed(sum.daemon.cpuUs / static_cast<double>(sum.checks), 1) + " µs, " +
+                   Fixed(ratio, 2) + " times (" + Fixed(Ratio(*least), 2) + " to " +
+                   Fixed(Ratio(*most), 2) + ")";
+    row.floor = Fixed(sum.floor.cpuUs / static_cast<double>(sum.floor.wakeUps), 1) +
+                " µs, a C program's, mean of " + std::to_string(sum.floor.wakeUps);
     row.bar = "at most " + Fixed(kCpuBar, 2) + " times";
     row.met = ratio <= kCpuBar;
     Print(row);
@@ -168,10 +197,13 @@ bool CompareSystemCalls(BenchTerminal& bench, pid_t daemon, pid_t floor) {
     return row.met;
 }
 
-}  // namespace
+struct Pids {
+    pid_t daemon;
+    pid_t floor;
+    pid_t idle;
+};
 
-bool MeasureRunningDaemon(int seconds) {
-    BenchTerminal bench;
+Pids StartSideBySide(BenchTerminal& bench) {
     if (bench.Terminal().StartMonitor({"-t", "1"}).status != 0 ||
         !bench.Terminal().Await(Source::kLog, "Keldra started responding", kPatienceSeconds)) {
         Fail("the daemon does not bring Keldra up");
@@ -184,13 +216,26 @@ bool MeasureRunningDaemon(int seconds) {
     bench.Start("floor_check", {Simulator::kHeartbeatFile, std::to_string(bench.Pid("keldra")),
                                 std::to_string(bench.Pid("sshd"))});
     Wait(bench, kSettleSeconds);
-    const pid_t floor = bench.Pid("floor_check");
+    return {daemon, bench.Pid("floor_check"), bench.Pid("idle_program")};
+}
 
-    const Interval interval = Measure(bench, daemon, floor, seconds);
-    const bool cpuMet = PrintCpu(interval);
-    const bool wakeUpsMet = PrintWakeUps(interval);
-    const bool memoryMet = CompareMemory(bench, daemon, bench.Pid("idle_program"));
-    return CompareSystemCalls(bench, daemon, floor) && cpuMet && wakeUpsMet && memoryMet;
+}  // namespace
+
+bool MeasureRunningDaemon(int seconds) {
+    std::vector<Interval> intervals;
+    while (true) {
+        BenchTerminal bench;
+        const Pids pids = StartSideBySide(bench);
+        intervals.push_back(Measure(bench, pids.daemon, pids.floor, seconds / kStarts));
+        if (intervals.size() < size_t{kStarts}) {
+            continue;
+        }
+        const bool cpuMet = PrintCpu(intervals);
+        const bool wakeUpsMet = PrintWakeUps(Sum(intervals));
+        const bool memoryMet = CompareMemory(bench, pids.daemon, pids.idle);
+        return CompareSystemCalls(bench, pids.daemon, pids.floor) && cpuMet && wakeUpsMet &&
+               memoryMet;
+    }
 }
 
 }  // namespace Bench
