@@ -8,10 +8,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "monitor/SignalWindow.h"
 
@@ -37,6 +38,21 @@ bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
 }
 
+// "/proc/PID/stat", put together without printf: a check does this most of all.
+class StatPath {
+public:
+    explicit StatPath(int32_t pid) {
+        const auto number = std::to_chars(text_ + kStart, std::end(text_) - sizeof(kFile), pid);
+        memcpy(number.ptr, kFile, sizeof(kFile));
+    }
+    const char* Get() const { return text_; }
+
+private:
+    static constexpr char kFile[] = "/stat";
+    static constexpr size_t kStart = sizeof("/proc/") - 1;
+    char text_[32] = "/proc/";  // room for any PID
+};
+
 bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
 }
@@ -44,11 +60,8 @@ bool SignalOne(int32_t pid, int signal) {
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
-    char path[kProcessNameSize];
-    if (snprintf(path, sizeof(path), "/proc/%d/stat", pid) <= 0) {
-        return false;
-    }
-    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    const StatPath path(pid);
+    const int fd = open(path.Get(), O_RDONLY | O_CLOEXEC);
     if (fd == -1) {
         return false;
     }

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 
@@ -16,14 +15,15 @@ namespace {
 
 constexpr int kTraceLevel = 9;
 
+// The numbers stand as the text that the driver takes: nothing is left to format at each check.
 struct BiteTime {
     uint32_t seconds;
-    uint8_t counter[4];  // seconds * 3125000, least significant byte first
+    const char* counter[4];  // seconds * 3125000, least significant byte first
 };
 constexpr BiteTime kBiteTimes[] = {
-    {30, {0xf0, 0x82, 0x96, 0x05}},
-    {60, {0xe0, 0x05, 0x2d, 0x0b}},
-    {300, {0x60, 0x1d, 0xe1, 0x37}},
+    {30, {"0xf0", "0x82", "0x96", "0x5"}},
+    {60, {"0xe0", "0x5", "0x2d", "0xb"}},
+    {300, {"0x60", "0x1d", "0xe1", "0x37"}},
 };
 
 uint32_t Store(uint32_t* error, uint32_t code) {
@@ -31,33 +31,24 @@ uint32_t Store(uint32_t* error, uint32_t code) {
     return code;
 }
 
-// Writes the number as text: all of it, or only its first character.
-enum class Extent { kWhole, kFirstCharacter };
-
-uint32_t WriteNumber(int descriptor, unsigned int number, Extent extent, uint32_t* error) {
-    char text[10];
-    (void)snprintf(text, sizeof(text), "0x%x", number);
-    return wdWriteDevice(descriptor, text, extent == Extent::kWhole ? strlen(text) : 1, error);
-}
-
 uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t* error) {
     // Only the first counter file receives its whole value; every write after it transfers just
     // the "0" in front. The driver is used to exactly these bytes, so they stay.
     const struct {
         int descriptor;
-        unsigned int number;
-        Extent extent;
+        const char* text;
+        size_t length;
     } writes[] = {
-        {fds.counter[0], time.counter[0], Extent::kWhole},
-        {fds.counter[1], time.counter[1], Extent::kFirstCharacter},
-        {fds.counter[2], time.counter[2], Extent::kFirstCharacter},
-        {fds.counter[3], time.counter[3], Extent::kFirstCharacter},
-        {fds.controlReset, 1, Extent::kFirstCharacter},
-        {fds.controlAll, 2, Extent::kFirstCharacter},
-        {fds.controlAll, 1, Extent::kFirstCharacter},
+        {fds.counter[0], time.counter[0], strlen(time.counter[0])},
+        {fds.counter[1], time.counter[1], 1},
+        {fds.counter[2], time.counter[2], 1},
+        {fds.counter[3], time.counter[3], 1},
+        {fds.controlReset, "0x1", 1},
+        {fds.controlAll, "0x2", 1},
+        {fds.controlAll, "0x1", 1},
     };
     for (const auto& w : writes) {
-        const uint32_t code = WriteNumber(w.descriptor, w.number, w.extent, error);
+        const uint32_t code = wdWriteDevice(w.descriptor, w.text, w.length, error);
         if (code != WD_DB_OK) {
             return code;
         }

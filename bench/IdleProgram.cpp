@@ -1,0 +1,18 @@
+// The least memory that a C++ program can do with: the library's streams, maps and strings are
+// linked in and used once, then it waits for ever.
+#include <unistd.h>
+
+#include <iostream>
+#include <map>
+#include <string>
+
+int main() {
+    std::map<std::string, int> names;
+    names["idle"] = static_cast<int>(getpid());
+    for (const auto& [name, number] : names) {
+        std::cout << name << " " << number << std::endl;
+    }
+    for (;;) {
+        pause();
+    }
+}
