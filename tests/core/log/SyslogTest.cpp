@@ -27,7 +27,7 @@ constexpr int kNotPermitted = 77;
 // A /dev of this process's own, with a syslog socket in it. -1 when that is not permitted.
 int BindSyslogSocket() {
     if ((unshare(CLONE_NEWNS) == -1 && unshare(CLONE_NEWUSER | CLONE_NEWNS) == -1) ||
-        mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == -1 ||
+        mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == -1 ||
         mount("none", "/dev", "tmpfs", 0, nullptr) == -1) {
         return -1;
     }
