@@ -115,6 +115,10 @@ TEST_F(WatchdogTest, MissingFileFailsBeforeAnythingIsWritten) {
         SetUp();
         unlink(control_.Get(slot));
         uint32_t state = 5;
+        WatchdogDescriptors fds;
+        EXPECT_EQ(wdOpenAll(control_, &fds, &state), WD_FILE_NOT_FOUND);
+        EXPECT_EQ(OpenDescriptors(), before_) << slot;
+        state = 5;
         EXPECT_EQ(Start(300), "1 wdStart (238) : WD_FILE_NOT_FOUND") << slot;
         EXPECT_EQ(Stop(), "1 wdStop (268) : WD_FILE_NOT_FOUND") << slot;
         EXPECT_EQ(IsEnabled(&state), "1 wdIsEnabled (306) : WD_FILE_NOT_FOUND") << slot;

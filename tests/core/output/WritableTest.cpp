@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "core/output/SharedText.h"
 #include "core/output/StdioWritable.h"
 #include "core/output/StringWritable.h"
 
@@ -66,15 +65,6 @@ TEST(StdioWritableTest, ReturnsWhatTheStreamTook) {
         EXPECT_EQ(StdioWritable(stream).Write("a\0b", 3), taken);
         EXPECT_EQ(fclose(stream), 0);
     }
-}
-
-TEST(SharedTextTest, AbsentIsNotEmptyAndCopiesOutliveTheOriginal) {
-    EXPECT_TRUE(SharedText(static_cast<const char*>(nullptr)).IsAbsent());
-    EXPECT_FALSE(SharedText("").IsAbsent());
-    SharedText copy;
-    EXPECT_STREQ(copy.Get(), "");
-    copy = SharedText(std::string("timer"));
-    EXPECT_STREQ(copy.Get(), "timer");
 }
 
 }  // namespace
