@@ -66,8 +66,7 @@ bool ParseTime(const char* text, time_t& time, const char* format) {
         return false;
     }
     const time_t parsed = mktime(&fields);
-    // The terminal's time has 32 bits: what it cannot hold fails, on a workstation as well.
-    if (parsed == -1 || parsed != static_cast<int32_t>(parsed)) {
+    if (parsed == -1) {
         return false;
     }
     time = parsed;

@@ -34,8 +34,7 @@ SharedText FormatTime(time_t time, const char* format = defaultTimeFormat);
 
 // Reads a time with strptime(3). The fields count as local time, although FormatTime writes UTC:
 // the two agree only where the local zone is UTC. Callers rely on this, so it stays.
-// False, with `time` unchanged, when the text does not match or means no time that 32 bits hold
-// (1901 to 2038).
+// False, with `time` unchanged, when the text does not match or means no time.
 bool ParseTime(const char* text, time_t& time, const char* format = defaultTimeFormat);
 
 }  // namespace Quenda
