@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -63,57 +62,52 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
 TEST(ProcessLookupTest, ReadsRealProcessesWithHostileNames) {
     const auto before = OpenDescriptors();
     for (const char* prefix : {"kt", "k t", "k(t", "k\nt", "15_bytes"}) {
-        const std::string own = OwnName(prefix);
-        const char* const given = own.c_str();
+        const std::string given = OwnName(prefix);
         const NamedProcess process(given);
         char name[kProcessNameSize] = "";
         int32_t parent = 0;
         ASSERT_TRUE(ReadProcessStat(process.Pid(), name, parent)) << given;
-        EXPECT_STREQ(name, given);
+        EXPECT_EQ(name, given);
         EXPECT_EQ(parent, getpid());
-        EXPECT_EQ(FindProcessId(given), process.Pid());
-        EXPECT_TRUE(IsProcessRunning(given, process.Pid()));
+        EXPECT_EQ(FindProcessId(given.c_str()), process.Pid());
         EXPECT_FALSE(IsProcessRunning("another", process.Pid()));  // a PID that was reused
     }
-    const NamedProcess cut("kt a) S 1");
-    EXPECT_FALSE(IsProcessRunning("kt a) S 1", cut.Pid()));
     EXPECT_EQ(OpenDescriptors(), before);
 }
 
-TEST(ProcessLookupTest, NothingToFind) {
-    const std::string own = OwnName("kt");
-    const char* const kName = own.c_str();
-    NamedProcess ended(own);
+// Processes of a name that nobody else uses.
+class ProcessesByNameTest : public testing::Test {
+protected:
+    const std::string own_ = OwnName("kt");
+    const char* const name_ = own_.c_str();
+    std::vector<int32_t> pids_;
+};
+
+TEST_F(ProcessesByNameTest, NothingToFind) {
+    NamedProcess ended(own_);
     const pid_t pid = ended.Pid();
     kill(pid, SIGKILL);
     ended.Wait();
-    char name[kProcessNameSize] = "";
-    int32_t parent = 0;
-    EXPECT_FALSE(ReadProcessStat(pid, name, parent));
-    EXPECT_FALSE(IsProcessRunning(kName, pid));
-    EXPECT_EQ(FindProcessId(kName), 0);
-    EXPECT_FALSE(IsProcessRunning(kName, 0));
+    EXPECT_FALSE(IsProcessRunning(name_, pid));
+    EXPECT_FALSE(IsProcessRunning(name_, 0));
+    EXPECT_EQ(FindProcessId(name_), 0);
+    EXPECT_TRUE(CollectProcessIds(name_, pids_));
+    EXPECT_TRUE(pids_.empty());
+    EXPECT_FALSE(SignalProcessesByName(name_, SIGTERM));
     EXPECT_FALSE(IsProcessRunning(nullptr, getpid()));
+    EXPECT_FALSE(CollectProcessIds(nullptr, pids_));
     EXPECT_EQ(FindProcessId(nullptr), -1);
-    std::vector<int32_t> pids;
-    EXPECT_FALSE(CollectProcessIds(nullptr, pids));
-    EXPECT_TRUE(CollectProcessIds(kName, pids));
-    EXPECT_TRUE(pids.empty());
 }
 
-TEST(ProcessLookupTest, FirstAndOtherFollowTheDirectory) {
-    const std::string own = OwnName("kt");
-    const NamedProcess a(own);
-    const NamedProcess b(own);
-    std::vector<int32_t> pids;
-    ASSERT_TRUE(CollectProcessIds(own.c_str(), pids));
-    ASSERT_EQ(pids.size(), 2U);
-    EXPECT_EQ(FindProcessId(own.c_str()), pids[0]);
-    EXPECT_EQ(FindOtherProcessId(own.c_str()), pids[0]);  // the caller has another name
+TEST_F(ProcessesByNameTest, FirstAndOtherFollowTheDirectory) {
+    const NamedProcess a(own_);
+    const NamedProcess b(own_);
+    ASSERT_TRUE(CollectProcessIds(name_, pids_));
+    ASSERT_EQ(pids_.size(), 2U);
+    EXPECT_EQ(FindProcessId(name_), pids_[0]);
+    EXPECT_EQ(FindOtherProcessId(name_), pids_[0]);  // the caller has another name
     char before[16] = "";
     prctl(PR_GET_NAME, before);
-    prctl(PR_SET_NAME, own.c_str());
-    EXPECT_EQ(FindOtherProcessId(own.c_str()), pids[0] == getpid() ? pids[1] : pids[0]);
     const std::string single = OwnName("single");
     prctl(PR_SET_NAME, single.c_str());
     EXPECT_EQ(FindProcessId(single.c_str()), getpid());
@@ -121,50 +115,24 @@ TEST(ProcessLookupTest, FirstAndOtherFollowTheDirectory) {
     prctl(PR_SET_NAME, before);
 }
 
-TEST(SignalProcessesByNameTest, NobodyToSignalIsFalseAndTakesNoPause) {
-    timespec start{};
-    timespec end{};
-    clock_gettime(CLOCK_MONOTONIC, &start);
-    // With the pause these would take 20 seconds and more.
-    for (int i = 0; i < 20; ++i) {
-        EXPECT_FALSE(SignalProcessesByName(OwnName("kt").c_str(), SIGTERM));
-    }
-    clock_gettime(CLOCK_MONOTONIC, &end);
-    EXPECT_LT(end.tv_sec - start.tv_sec, 19);
-}
-
-TEST(SignalProcessesByNameTest, EveryProcessOfTheNameIsSignalledAndNoOther) {
-    const std::string own = OwnName("kt");
+TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
+    NamedProcess a(own_);
+    NamedProcess b(own_);
     const std::string bystander = OwnName("other");
-    NamedProcess a(own);
-    NamedProcess b(own);
     const NamedProcess other(bystander);
-    EXPECT_TRUE(SignalProcessesByName(own.c_str(), SIGQUIT));
-    EXPECT_EQ(a.Wait(), SIGQUIT);
-    EXPECT_EQ(b.Wait(), SIGQUIT);
-    EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));
-}
-
-TEST(SignalProcessesByNameTest, CallerIsSignalledLast) {
-    const std::string own = OwnName("kt");
-    // In a child, which takes the name of its sibling and does not survive the call.
-    NamedProcess sibling(own);
+    // In a child, which takes the name of the others and does not survive the call.
     const pid_t child = fork();
     if (child == 0) {
-        prctl(PR_SET_NAME, own.c_str());
-        (void)SignalProcessesByName(own.c_str(), SIGTERM);
+        prctl(PR_SET_NAME, name_);
+        (void)SignalProcessesByName(name_, SIGTERM);
         _exit(0);
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-    EXPECT_EQ(sibling.Wait(), SIGTERM);  // had it come after the caller, it would still live
-}
-
-TEST(SignalProcessesByNameTest, InvalidSignalIsAFailure) {
-    const std::string own = OwnName("kt");
-    const NamedProcess process(own);
-    EXPECT_FALSE(SignalProcessesByName(own.c_str(), 1000));
+    EXPECT_EQ(a.Wait(), SIGTERM);  // had it come after the caller, it would still live
+    EXPECT_EQ(b.Wait(), SIGTERM);
+    EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));
 }
 
 }  // namespace
