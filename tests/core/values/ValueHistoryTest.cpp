@@ -29,7 +29,7 @@ protected:
     }
 
     // A sample of "n" at so many microseconds after the first second of 1970.
-    void Sample(const char* n, long microseconds) {
+    void Sample(const char* n, int32_t microseconds) {
         list_.Find("n")->SetFromText(n);
         history_.TakeSnapshot({microseconds / 1000000, microseconds % 1000000});
     }
