@@ -12,6 +12,8 @@ namespace {
 
 TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
     const std::string start = "Quenda workaround: ";
+    const std::string negative =
+        start + "Negative integer can not be converted to unsigned integer\n";
     const std::string inSigned = start + "integer out of signed integer range\n";
     const std::string realSigned = start + "Real out of signed integer range\n";
     const std::string realUnsigned = start + "Real out of unsigned integer range\n";
@@ -21,13 +23,11 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
         uint32_t asUInt;
         std::string complaints;
     } cases[] = {
-        {-5, -5, 4294967291U,
-         start + "Negative integer can not be converted to unsigned integer\n"},
+        {-5, -5, 4294967291U, negative},
         {2147483646U, 2147483646, 2147483646U, ""},
         {2147483647U, 2147483647, 2147483647U, inSigned},
         {4294967295U, -1, 4294967295U, inSigned},
         {2147483647.5, 2147483647, 2147483647U, realSigned},
-        {4294967295.5, 2147483647, 4294967295U, realSigned + realUnsigned},
         {-1.5, -1, 4294967295U, realUnsigned},
         {NAN, INT32_MIN, 2147483648U, realSigned + realUnsigned},
     };

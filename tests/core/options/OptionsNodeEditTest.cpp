@@ -24,7 +24,7 @@ constexpr char kNoIndex[] = "array index does not exist";
 constexpr char kSmall[] = "the array is already smaller than the truncated size";
 constexpr char kMissing[] = "object does not exist";
 constexpr char kNoMerge[] = "merge on Null OptionsNode(s)";
-constexpr char kToSelf[] = "Invalid operation: move object from self to self";
+constexpr char kToSelf[] = "move object from self to self";
 
 TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
     const OptionsNode one(J("1")), object(J("{'a':2}")), null(nullptr), deep(Nested(1000));
@@ -103,30 +103,27 @@ TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
 TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     Json::Value doc = J("{'a':{'b':{'c':1}},'n':null}");
     bool modified = false;
-    Edit root(&doc, nullptr), again(&doc, nullptr), inner(&doc["a"]["b"], &modified);
+    Edit root(&doc, nullptr), inner(&doc["a"]["b"], &modified);
     EXPECT_FALSE(root.MoveMember(root, "x", "absent", true));
-    EXPECT_STREQ(root.Error().Get(), kToSelf);
+    EXPECT_EQ(root.Error().Get(), std::string(kInvalid) + kToSelf);
     EXPECT_FALSE(root.MoveMember(inner, "x", "absent", true));
     EXPECT_EQ(root.Error().Get(), std::string(kInvalid) + kMissing);
     EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into what is moved
-    EXPECT_STREQ(inner.Error().Get(), kToSelf);
+    EXPECT_EQ(inner.Error().Get(), std::string(kInvalid) + kToSelf);
     EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over what holds it
-    EXPECT_FALSE(root.MoveMember(again, "a", "a", true));  // the same member by another node
-    EXPECT_FALSE(modified);
+    EXPECT_FALSE(inner.MoveMember(root, "n", "c", false) || modified);
     EXPECT_TRUE(inner.MoveMember(root, "n", "c", true) && modified);
     EXPECT_EQ(Text(doc), "{'a':{'b':{}},'n':1}");
 }
 
 TEST(OptionsNodeEditTest, SameLineCommentStaysUnlessTheSourceBringsOne) {
-    Json::Value doc = J("{'a':1,'b':2}");
+    Json::Value doc;
     Edit node(&doc, nullptr);
-    EXPECT_TRUE(node.SetLeaf("a", 1, "first") && node.SetLeaf("a", "x", nullptr));
+    EXPECT_TRUE(node.SetLeaf("a", 1, "first") && node.SetLeaf("b", "x", ""));
     EXPECT_TRUE(node.AddMember("a", OptionsNode(J("3")), true));
     EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//first");
-    EXPECT_TRUE(Edit(&doc["b"], nullptr).SetComment(""));
-    EXPECT_TRUE(node.AddMember("a", OptionsNode(&doc["b"]), true));
-    EXPECT_TRUE(node.RenameMember("c", "a", false));
-    EXPECT_EQ(doc["c"].getComment(Json::commentAfterOnSameLine), "//");
+    EXPECT_TRUE(node.RenameMember("a", "b", false));
+    EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//");
 }
 
 TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {

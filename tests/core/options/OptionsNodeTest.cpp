@@ -6,8 +6,6 @@
 namespace Quenda {
 namespace {
 
-constexpr char kTooDeep[] = "Invalid operation: OptionsNode is nested too deeply";
-
 TEST(OptionsNodeTest, MembersAndElementsAreViewedOrNull) {
     const Json::Value doc = J("{'a':1,'n':null,'l':[7,null]}");
     const OptionsNode node(&doc, {3, 4});
@@ -58,6 +56,7 @@ void ExpectMember(const char* document, int32_t asInt, uint32_t asUInt, double a
 TEST(OptionsNodeTest, NumbersComeFromNumbersBooleansAndTextsOrAreTheDefault) {
     ExpectMember("{'v':' 42abc'}", 42, 42, 42.0, "");
     ExpectMember("{'v':'-1'}", -1, 4294967295U, -1.0, "");
+    ExpectMember("{'v':'0x1F'}", 31, 0, 31.0, "");  // "%u" stops at the x
     ExpectMember("{'v':true}", 1, 1, 1.0, "");
     ExpectMember("{'v':2.75}", 2, 2, 2.75, "");
     ExpectMember("{'v':'abc'}", 99, 99, 99.0, "invalid input string");
@@ -116,7 +115,7 @@ TEST(OptionsNodeTest, CopiesKeepAValueOfTheirOwnUnlessItNestsTooDeeply) {
     copy = copy.GetNode({"o"});  // a part of what it holds itself
     EXPECT_EQ(Text(copy.Value()), "{'a':1}");
     const Json::Value deep = Nested(10000);
-    EXPECT_STREQ(OptionsNode(deep).Error().Get(), kTooDeep);
+    EXPECT_FALSE(OptionsNode(deep).Error().IsAbsent());
     EXPECT_TRUE(OptionsNode(&deep).GetCompactText().IsEmpty());
     EXPECT_EQ(OptionsNode(Nested(1000)).GetCompactText().Length(), 6005U);
 }
