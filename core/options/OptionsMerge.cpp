@@ -137,9 +137,8 @@ bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayI
         return false;
     }
     // Copies: both may be parts of what is about to change.
-    const Json::Value changes(source.Value());
-    const Json::Value ids(arrayIds.Value());
-    std::string message = MergeInto({nullptr, "", *editValue_}, changes, ids);
+    std::string message = MergeInto({nullptr, "", *editValue_}, Json::Value(source.Value()),
+                                    Json::Value(arrayIds.Value()));
     const bool merged = message.empty();
     SetError(std::move(message));
     (void)Changed();

@@ -76,26 +76,20 @@ TEST(OptionsNodeTest, TextsAreThoseOfTheScalars) {
     EXPECT_EQ(OptionsNode(&list).GetMemberString("a") + OptionsNode().GetElementString(0), "");
 }
 
-TEST(OptionsNodeTest, WalksGoInOrderUntilTheVisitorStopsThem) {
+TEST(OptionsNodeTest, MembersAreVisitedInOrderAndSelectedWithTheirComments) {
     static std::string seen;
-    const OptionsNode object(J("{'c':3,'b':2,'B':1}"));
     const MemberVisitor visitor(new GlobalCallback<void(bool&, const char*, const OptionsNode&)>(
         [](bool& stop, const char* name, const OptionsNode& node) {
             seen += name + Text(node.Value());
             stop = *name == 'b';
         }));
-    EXPECT_TRUE(object.ForEachMember(visitor));
+    const MemberPredicate onlyB(
+        new GlobalCallback<bool(const char*)>([](const char* name) { return *name == 'B'; }));
+    OptionsNode node(J("{'c':3,'b':2,\n// why\n'B':1}"));
+    EXPECT_TRUE(node.ForEachMember(visitor) && node.SelectMembers(onlyB, node));
     EXPECT_FALSE(OptionsNode(J("[1]")).ForEachMember(visitor));
-    EXPECT_EQ(seen, "B1b2");
-}
-
-TEST(OptionsNodeTest, SelectedMembersReplaceTheResultsValueWithTheirComments) {
-    const MemberPredicate notB(
-        new GlobalCallback<bool(const char*)>([](const char* name) { return *name != 'b'; }));
-    OptionsNode node(J("{'b':2,\n// why\n'B':1}"));
-    EXPECT_TRUE(node.SelectMembers(notB, node));
-    EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(notB, node));
-    EXPECT_EQ(Text(node.Value()), "{'B':1}");
+    EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(onlyB, node));
+    EXPECT_EQ(seen + Text(node.Value()), "B1b2{'B':1}");
     EXPECT_EQ(node.Value()["B"].getComment(Json::commentBefore), "// why");
 }
 
