@@ -115,6 +115,11 @@ Json::Value* FindMember(Json::Value& value, const char* name) {
     return const_cast<Json::Value*>(FindMember(static_cast<const Json::Value&>(value), name));
 }
 
+const Json::Value& MemberOrNull(const Json::Value& value, const char* name, const char* nameEnd) {
+    const Json::Value* member = value.isObject() ? value.find(name, nameEnd) : nullptr;
+    return member == nullptr ? Json::Value::nullSingleton() : *member;
+}
+
 void SetSameLineComment(Json::Value& value, const std::string& text) {
     value.setComment(text, Json::commentAfterOnSameLine);
 }

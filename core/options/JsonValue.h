@@ -36,6 +36,8 @@ std::string AsText(const Json::Value& value);
 // The member, or null when there is none, also for a value that is no object and for a null name.
 const Json::Value* FindMember(const Json::Value& value, const char* name);
 Json::Value* FindMember(Json::Value& value, const char* name);
+// The member of the name between the pointers, or a null value, also for a value that is no object.
+const Json::Value& MemberOrNull(const Json::Value& value, const char* name, const char* nameEnd);
 
 // Places a comment after the value on the same line. One that does not begin with "/" is
 // complained about and kept. `text` is not empty.

@@ -1,6 +1,8 @@
-#include "core/options/OptionsMerge.h"
+#include <string>
+#include <utility>
 
 #include "core/options/JsonValue.h"
+#include "core/options/MatchElement.h"
 #include "core/options/OptionsAssign.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/FormatText.h"
@@ -24,14 +26,10 @@ struct MergeContext {
     }
 };
 
+// Returns the message of the failure that ended the merge, empty when all went well. What was
+// merged before it stays.
 std::string MergeInto(const MergeContext& context, const Json::Value& source,
                       const Json::Value& ids);
-
-// The member, or a null value.
-const Json::Value& MemberOrNull(const Json::Value& value, const char* begin, const char* end) {
-    const Json::Value* member = value.isObject() ? value.find(begin, end) : nullptr;
-    return member == nullptr ? Json::Value::nullSingleton() : *member;
-}
 
 std::string MergeObject(const MergeContext& context, const Json::Value& source,
                         const Json::Value& ids) {
@@ -51,7 +49,7 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
         const char* name = member.memberName(&end);
         // Made even for a null source member, which so adds a null one.
         const MergeContext child{&context, name, *context.destination.demand(name, end)};
-        std::string message = MergeInto(child, *member, MemberOrNull(ids, name, end));
+        std::string message = MergeInto(child, *member, JsonValue::MemberOrNull(ids, name, end));
         if (!message.empty()) {
             return message;
         }
@@ -130,45 +128,6 @@ std::string MergeInto(const MergeContext& context, const Json::Value& source,
 
 }  // namespace
 
-ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
-                          const Json::Value& ids) {
-    if (!TypesCompatible(destination.type(), source.type()) ||
-        !TypesCompatible(destination.type(), ids.type())) {
-        return ElementMatch::kNotComparable;
-    }
-    if (!JsonValue::IsObject(destination)) {
-        return source == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
-    }
-    if (!ids.isObject()) {
-        return ElementMatch::kSame;
-    }
-    for (auto id = ids.begin(); id != ids.end(); ++id) {
-        if (id->isNull()) {
-            continue;
-        }
-        const char* end = nullptr;
-        const char* name = id.memberName(&end);
-        const Json::Value& sourceId = MemberOrNull(source, name, end);
-        const Json::Value& destinationId = MemberOrNull(destination, name, end);
-        if (sourceId.isNull()) {
-            return ElementMatch::kMissingInSource;
-        }
-        if (destinationId.isNull()) {
-            return ElementMatch::kMissingInDestination;
-        }
-        const ElementMatch match = MatchElement(destinationId, sourceId, *id);
-        if (match != ElementMatch::kSame) {
-            return match;
-        }
-    }
-    return ElementMatch::kSame;
-}
-
-std::string MergeValue(Json::Value& destination, const Json::Value& source,
-                       const Json::Value& ids) {
-    return MergeInto({nullptr, "", destination}, source, ids);
-}
-
 bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayIds) {
     if (editValue_ == nullptr || source.IsEmpty()) {
         return Fail("Invalid operation: merge on Null OptionsNode(s)");
@@ -178,8 +137,8 @@ bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayI
         return false;
     }
     // Copies: both may be parts of what is about to change.
-    std::string message =
-        MergeValue(*editValue_, Json::Value(source.Value()), Json::Value(arrayIds.Value()));
+    std::string message = MergeInto({nullptr, "", *editValue_}, Json::Value(source.Value()),
+                                    Json::Value(arrayIds.Value()));
     const bool merged = message.empty();
     SetError(std::move(message));
     (void)Changed();

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "core/options/JsonValue.h"
-#include "core/options/OptionsAssign.h"
 #include "json/writer.h"
 
 namespace Quenda {
@@ -133,7 +132,7 @@ bool OptionsNode::SelectMembers(const MemberPredicate& predicate, OptionsNode& r
         const char* nameEnd = nullptr;
         const char* name = member.memberName(&nameEnd);
         if (predicate->Invoke(name)) {
-            AssignValue(*selected.demand(name, nameEnd), *member);
+            *selected.demand(name, nameEnd) = *member;
         }
     }
     if (selected.empty()) {

@@ -1,6 +1,8 @@
 #include "core/options/TargetNumbers.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -13,93 +15,59 @@ constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
 constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
 constexpr double kTwoTo31 = 2147483648.0;
 
-struct Digits {
-    bool found = false;
-    bool negative = false;
-    bool overflow = false;
-    uint32_t magnitude = 0;
-};
-
-// The value of a digit in any base up to 16, or 16 for any other character.
-unsigned DigitValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return static_cast<unsigned>(c - '0');
+// What strtoll(3) reads: limits of 64 bits, so that it tells which of the 32-bit ones was passed.
+// The base is detected here, for newer C libraries than the terminal's detect more of them ("0b").
+bool Read(const char* text, int base, long long& number) {
+    if (base == 0) {
+        const char* digits = text + std::strspn(text, " \t\n\v\f\r");
+        digits += *digits == '-' || *digits == '+' ? 1 : 0;
+        const bool hex = digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+        base = hex ? 16 : (*digits == '0' ? 8 : 10);
     }
-    if (c >= 'a' && c <= 'f') {
-        return static_cast<unsigned>(c - 'a') + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return static_cast<unsigned>(c - 'A') + 10;
-    }
-    return 16;
+    char* end = nullptr;
+    number = std::strtoll(text, &end, base);
+    return end != text;
 }
 
-bool HasHexPrefix(const char* text) {
-    return text[0] == '0' && (text[1] == 'x' || text[1] == 'X') && DigitValue(text[2]) < 16;
+int32_t ToSigned(long long number) {
+    return static_cast<int32_t>(std::clamp<long long>(number, kMin, kMax));
 }
 
-Digits ReadDigits(const char* text, unsigned base) {
-    Digits digits;
-    text += std::strspn(text, " \t\n\v\f\r");
-    if (*text == '-' || *text == '+') {
-        digits.negative = *text == '-';
-        ++text;
-    }
-    if ((base == 0 || base == 16) && HasHexPrefix(text)) {
-        base = 16;
-        text += 2;
-    } else if (base == 0) {
-        base = *text == '0' ? 8 : 10;
-    }
-    for (; DigitValue(*text) < base; ++text) {
-        const uint64_t next = uint64_t{digits.magnitude} * base + DigitValue(*text);
-        digits.found = true;
-        digits.overflow = digits.overflow || next > kMaxUnsigned;
-        digits.magnitude = static_cast<uint32_t>(next);
-    }
-    return digits;
-}
-
-int32_t ToSigned(const Digits& digits) {
-    const int64_t limit = digits.negative ? -int64_t{kMin} : int64_t{kMax};
-    if (digits.overflow || digits.magnitude > limit) {
-        return digits.negative ? kMin : kMax;
-    }
-    const int64_t magnitude = digits.magnitude;
-    return static_cast<int32_t>(digits.negative ? -magnitude : magnitude);
-}
-
-uint32_t ToUnsigned(const Digits& digits) {
-    if (digits.overflow) {
-        return kMaxUnsigned;
-    }
-    return digits.negative ? 0U - digits.magnitude : digits.magnitude;
+uint32_t ToUnsigned(long long number) {
+    const long long limit = kMaxUnsigned;
+    return number < -limit || number > limit ? kMaxUnsigned : static_cast<uint32_t>(number);
 }
 
 }  // namespace
 
 int32_t StrToInt32(const char* text, int base) {
-    return ToSigned(ReadDigits(text, static_cast<unsigned>(base)));
+    long long number = 0;
+    (void)Read(text, base, number);  // 0 without digits
+    return ToSigned(number);
 }
 
 uint32_t StrToUInt32(const char* text, int base) {
-    return ToUnsigned(ReadDigits(text, static_cast<unsigned>(base)));
+    long long number = 0;
+    (void)Read(text, base, number);
+    return ToUnsigned(number);
 }
 
 bool ScanInt32(const char* text, int32_t& value) {
-    const Digits digits = ReadDigits(text, 0);
-    if (digits.found) {
-        value = ToSigned(digits);
+    long long number = 0;
+    if (!Read(text, 0, number)) {
+        return false;
     }
-    return digits.found;
+    value = ToSigned(number);
+    return true;
 }
 
 bool ScanUInt32(const char* text, uint32_t& value) {
-    const Digits digits = ReadDigits(text, 10);
-    if (digits.found) {
-        value = ToUnsigned(digits);
+    long long number = 0;
+    if (!Read(text, 10, number)) {
+        return false;
     }
-    return digits.found;
+    value = ToUnsigned(number);
+    return true;
 }
 
 int32_t DoubleToInt32(double value) {

@@ -15,12 +15,6 @@ constexpr int32_t kMinPeriodicMs = 10;
 constexpr int32_t kMinCaptureMs = 50;
 constexpr char kInvalidInterval[] = "Invalid timer interval\n";
 
-timeval WallClockNow() {
-    timeval now{};
-    (void)gettimeofday(&now, nullptr);  // cannot fail with these arguments
-    return now;
-}
-
 }  // namespace
 
 const ValueEntry* ValueList::History::Snapshot::Find(const char* name) const {
@@ -48,7 +42,7 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
     } else if (is("delta") || is("rate")) {
         PrintDeltaTable(out, samples_, keys, is("rate"));
     } else if (is("snapshot") && argc == 1) {
-        TakeSnapshot(WallClockNow());
+        TakeSnapshot(CurrentWallTime());
     } else if (is("periodic") && argc == 2) {
         Periodic(out, argv[1]);
     } else if (is("capture") && argc == 3) {
@@ -66,13 +60,13 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
     }
 }
 
-void ValueList::History::TakeSnapshot(const timeval& now) {
+void ValueList::History::TakeSnapshot(const WallTime& now) {
     samples_.push_back({now, owner_.Values()});
     DropOldest();
 }
 
 void ValueList::History::OnTimeout(unsigned int /*nowMs*/, void* /*userData*/) {
-    TakeSnapshot(WallClockNow());
+    TakeSnapshot(CurrentWallTime());
     if (remaining_ > 0 && --remaining_ == 0) {
         timer_.Stop();
     }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <sys/time.h>
-
 #include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
 
 #include "core/timer/PeriodicTimer.h"
+#include "core/timer/WallClock.h"
 #include "core/values/ValueList.h"
 
 namespace Quenda {
@@ -16,7 +15,7 @@ namespace Quenda {
 class ValueList::History {
 public:
     struct Snapshot {
-        timeval time;  // wall clock
+        WallTime time;
         std::vector<ValueEntry> values;
 
         // Null when the sample has no value of that name.
@@ -32,7 +31,7 @@ public:
     void Command(Writable* out, int argc, const char* const* argv);
 
     // Adds a sample with this time and drops the oldest ones beyond the maximum.
-    void TakeSnapshot(const timeval& now);
+    void TakeSnapshot(const WallTime& now);
     // One expiry of the timer: takes a sample, and stops the timer after the last of a capture.
     void OnTimeout(unsigned int nowMs, void* userData);
 

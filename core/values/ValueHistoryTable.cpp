@@ -31,7 +31,7 @@ void PrintHeader(Writable* out, const ValueKeys& keys, const char* prefix) {
 }
 
 // `cell` gives the text of a key's cell.
-void PrintRow(Writable* out, const timeval& time, const ValueKeys& keys, const char* prefix,
+void PrintRow(Writable* out, const WallTime& time, const ValueKeys& keys, const char* prefix,
               const std::function<std::string(const char*)>& cell) {
     out->Printf(" %26s ", SampleTimeText(time).c_str());
     for (const char* key : keys) {
@@ -51,9 +51,9 @@ std::string ValueCell(const Snapshot& sample, const char* key) {
     return text.Text();
 }
 
-double MillisecondsBetween(const timeval& earlier, const timeval& later) {
-    return static_cast<double>(later.tv_sec - earlier.tv_sec) * 1000.0 +
-           static_cast<double>(later.tv_usec - earlier.tv_usec) / 1000.0;
+double MillisecondsBetween(const WallTime& earlier, const WallTime& later) {
+    return static_cast<double>(later.seconds - earlier.seconds) * 1000.0 +
+           static_cast<double>(later.microseconds - earlier.microseconds) / 1000.0;
 }
 
 std::string DeltaCell(const Snapshot& earlier, const Snapshot& later, const char* key,
@@ -73,17 +73,16 @@ std::string DeltaCell(const Snapshot& earlier, const Snapshot& later, const char
 
 }  // namespace
 
-std::string SampleTimeText(const timeval& time) {
-    long milliseconds = (static_cast<long>(time.tv_usec) + 500) / 1000;
+std::string SampleTimeText(const WallTime& time) {
+    const long milliseconds = (time.microseconds + 500L) / 1000;
     // Rounding up may reach the next second.
-    const time_t seconds = time.tv_sec + milliseconds / 1000;
-    milliseconds %= 1000;
+    const auto seconds = static_cast<time_t>(time.seconds + milliseconds / 1000);
     struct tm local {};
     char text[64] = "";
     if (localtime_r(&seconds, &local) != nullptr) {
         (void)std::strftime(text, sizeof(text), "%F %T", &local);
     }
-    return FormatText("%s.%03ld", text, milliseconds);
+    return FormatText("%s.%03ld", text, milliseconds % 1000);
 }
 
 void PrintSamples(Writable* out, const ValueSamples& samples) {

@@ -13,7 +13,7 @@ using ValueSamples = std::deque<ValueList::History::Snapshot>;
 using ValueKeys = std::vector<const char*>;
 
 // Local time with milliseconds, rounded to the nearest.
-std::string SampleTimeText(const timeval& time);
+std::string SampleTimeText(const WallTime& time);
 
 // Every value of every sample, one line each.
 void PrintSamples(Writable* out, const ValueSamples& samples);

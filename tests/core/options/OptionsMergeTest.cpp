@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "core/options/OptionsNodeEdit.h"
 #include "tests/core/options/Json.h"
 
@@ -7,78 +5,79 @@ namespace Quenda {
 namespace {
 
 constexpr char kType[] = "Invalid operation: cannot change type of existing OptionsNodeEdit";
-constexpr char kIds[] = "/l: Array IDs type does not match destination type";
-constexpr char kNoArray[] = "/l: Cannot merge array to non-array";
-constexpr char kManyIds[] = "/l: Multiple elements in array IDs";
-constexpr char kId[] = "{'l':[{'id':0}]}";
+constexpr char kNoObject[] = "/a: Cannot merge object to non-object";
+constexpr char kIds[] = "/a: Array IDs type does not match destination type";
+constexpr char kNoArray[] = "/a: Cannot merge array to non-array";
+constexpr char kManyIds[] = ": Multiple elements in array IDs";
+constexpr char kCannotCompare[] = "[0]: Array elements not comparable";
+constexpr char kNested[] = "[{'i':{'x':0}}]";
+constexpr char kById[] = "[{'i':0}]";
 
 TEST(OptionsMergeTest, ChangesAreMergedOrTheFirstObstacleNamed) {
     const struct {
         const char *before, *source, *ids, *error, *after;
     } cases[] = {
         {"null", "{'a':null}", "null", "", "{'a':null}"},
-        {"{'a':5}", "null", "null", "", "{'a':5}"},
-        {"{'a':5}", "{'b':null}", "null", "", "{'a':5,'b':null}"},
-        {"{'a':5}", "{'a':{}}", "null", "/a: Cannot merge object to non-object", "{'a':5}"},
-        {"{'b':5}", "{'a':1,'b':'x'}", "null", kType, "{'a':1,'b':5}"},  // no way back
-        {"{'a':5}", "{'a':true}", "null", kType, "{'a':5}"},
-        {"{'a':5}", "{'a':2.5}", "null", "", "{'a':2.5}"},
-        {"{'l':{'a':5}}", "{'l':{'a':6}}", "{'l':[]}", kIds, "{'l':{'a':5}}"},
+        {"{'a':5}", "{'a':2.5,'b':null}", "null", "", "{'a':2.5,'b':null}"},
+        {"{'a':5}", "{'a':{}}", "null", kNoObject, "{'a':5}"},
+        {"{'b':5}", "{'a':1,'b':true}", "null", kType, "{'a':1,'b':5}"},  // no way back
+        {"{'a':{}}", "{'a':{'b':6}}", "{'a':[]}", kIds, "{'a':{}}"},
         // Arrays as a whole.
-        {"{'l':[1,2]}", "{'l':['x']}", "null", "", "{'l':['x']}"},
-        {"{'l':1}", "{'l':[]}", "null", kNoArray, "{'l':1}"},
-        {"{'l':[]}", "{'l':1}", "null", kType, "{'l':[]}"},
-        {"{'l':null}", "{'l':[1]}", "{'l':{}}", kNoArray, "{'l':null}"},
-        {"{'l':[]}", "{'l':[1]}", "{'l':1}", kIds, "{'l':[]}"},
-        {"{'l':[]}", "{'l':[]}", "{'l':[]}", kManyIds, "{'l':[]}"},
-        {"{'l':null}", "{'l':[]}", "{'l':[1,1]}", kManyIds, "{'l':null}"},
-        {"{'l':null}", "{'l':[1,null]}", "{'l':[1]}", "", "{'l':[1,null]}"},
+        {"[1,2]", "['x']", "null", "", "['x']"},
+        {"{'a':1}", "{'a':[]}", "{'a':1}", kNoArray, "{'a':1}"},
+        {"{'a':null}", "{'a':[1]}", "{'a':{}}", kNoArray, "{'a':null}"},
+        {"{'a':[]}", "{'a':[1]}", "{'a':1}", kIds, "{'a':[]}"},
+        {"[]", "[1]", "[]", kManyIds, "[]"},
+        {"null", "[1]", "[1,1]", kManyIds, "null"},
         // Elements by their IDs: the first that matches, also among those just added.
-        {"{'l':[{'id':1},{'id':2,'v':0}]}", "{'l':[null,{'id':2,'v':9},{'id':3}]}", kId, "",
-         "{'l':[{'id':1},{'id':2,'v':9},{'id':3}]}"},
-        {"{'l':[{'id':1},{'id':1}]}", "{'l':[{'id':1,'v':9}]}", kId, "",
-         "{'l':[{'id':1,'v':9},{'id':1}]}"},
-        {"{'l':[]}", "{'l':[{'id':1,'v':1},{'id':1,'v':2}]}", kId, "", "{'l':[{'id':1,'v':2}]}"},
-        {"{'l':[{'id':1}]}", "{'l':[null,{}]}", kId, "/l[1]: Missing array ID in source options",
-         "{'l':[{'id':1}]}"},
-        {"{'l':[{}]}", "{'l':[{'id':1}]}", kId, "/l[0]: Missing array ID in destination options",
-         "{'l':[{}]}"},
-        {"{'l':[{'id':1}]}", "{'l':[{'id':1}]}", "{'l':[{'id':true}]}",
-         "/l[0]: Array elements not comparable", "{'l':[{'id':1}]}"},
-        {"{'l':[null]}", "{'l':['x']}", kId, "/l[0]: Missing array ID in source options",
-         "{'l':[null]}"},
-        // A null element matches whatever no member identifies; 1 and an unsigned 1 differ.
-        {"{'l':[1,null]}", "{'l':[2,1u,1]}", "{'l':[0]}", "", "{'l':[1,2,1]}"},
-        {"{'l':[{'id':1}]}", "{'l':[{'id':2}]}", "{'l':[{'id':null}]}", "", "{'l':[{'id':2}]}"},
-        {"{'l':[{'id':1,'v':1}]}", "{'l':[{'id':1,'v':{}}]}", kId,
-         "/l//v: Cannot merge object to non-object", "{'l':[{'id':1,'v':1}]}"},
+        {"[{'i':1},{'i':2},{'i':2}]", "[null,{'i':2,'v':9},{'i':3}]", kById, "",
+         "[{'i':1},{'i':2,'v':9},{'i':2},{'i':3}]"},
+        {"[]", "[{'i':1,'v':1},{'i':1,'v':2}]", kById, "", "[{'i':1,'v':2}]"},
+        {"[{'i':1}]", "[null,{}]", kById, "[1]: Missing array ID in source options", "[{'i':1}]"},
+        {"[{}]", "[{'i':1}]", kById, "[0]: Missing array ID in destination options", "[{}]"},
+        {"[{'i':1}]", "[{'i':2}]", "[{'i':true}]", kCannotCompare, "[{'i':1}]"},
+        {"[null]", "['x']", kById, "[0]: Missing array ID in source options", "[null]"},
+        // A null element matches whatever no member identifies; 1 and 1.0 differ.
+        {"[1,null]", "[2,1.0,1]", "[0]", "", "[1,2,1.0]"},
+        {"[{'i':1}]", "[{'i':2}]", "[{'i':null}]", "", "[{'i':2}]"},
+        {"[{'i':{'x':1}}]", "[{'i':{'x':1,'y':2}}]", kNested, "", "[{'i':{'x':1,'y':2}}]"},
+        {"{'l':[{'i':1,'a':1}]}", "{'l':[{'i':1,'a':{}}]}", "{'l':[{'i':0}]}",
+         "/l//a: Cannot merge object to non-object", "{'l':[{'a':1,'i':1}]}"},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.source << " into " << c.before);
         Json::Value document = J(c.before);
         bool modified = false;
         OptionsNodeEdit node(&document, &modified);
-        (void)node.SetComment(nullptr);  // an earlier message
-        const bool merged = node.Merge(OptionsNode(J(c.source)), OptionsNode(J(c.ids)));
-        EXPECT_EQ(merged, *c.error == '\0') << c.before << c.source;
-        EXPECT_STREQ(node.Error().Get(), c.error) << c.before << c.source;
-        EXPECT_EQ(Text(document), c.after) << c.before << c.source;
-        EXPECT_TRUE(modified) << c.before << c.source;
+        (void)node.SetComment(nullptr);  // leaves an earlier message
+        EXPECT_EQ(node.Merge(OptionsNode(J(c.source)), OptionsNode(J(c.ids))), *c.error == '\0');
+        EXPECT_STREQ(node.Error().Get(), c.error);
+        EXPECT_EQ(Text(document), c.after);
+        EXPECT_TRUE(modified);
     }
 }
 
-TEST(OptionsMergeTest, TreesNestedTooDeeplyAreRefusedUnchanged) {
-    const Json::Value deep = Nested(10000);
-    const Json::Value limit = Nested(1000);
-    Json::Value document;
+void ExpectOverlay(const char* before, const char* source, uint32_t depth, const char* after) {
+    Json::Value document = J(before);
     bool modified = false;
     OptionsNodeEdit node(&document, &modified);
-    EXPECT_FALSE(node.Merge(OptionsNode(&deep), OptionsNode()));
+    EXPECT_FALSE(node.Overlay(OptionsNode(J(source)), depth) || !node.Error().IsAbsent());
+    EXPECT_TRUE(modified && Text(document) == after) << Text(document);
+}
+
+TEST(OptionsMergeTest, OverlayReplacesBelowItsDepthAndErasesNothing) {
+    ExpectOverlay("{'a':1,'o':{'x':1}}", "{'a':null,'o':{'y':2}}", 0, "{'a':1,'o':{'y':2}}");
+    ExpectOverlay("{'o':{'w':1,'x':[]}}", "{'o':{'x':{'q':2}}}", 1, "{'o':{'w':1,'x':{'q':2}}}");
+    ExpectOverlay("{'a':1}", "{'a':[],'o':{}}", 1, "{'a':[],'o':null}");
+}
+
+TEST(OptionsMergeTest, TreesNestedTooDeeplyAreRefusedUnchanged) {
+    Json::Value document = Nested(10000);
+    bool modified = false;
+    OptionsNodeEdit node(&document, &modified);
+    EXPECT_FALSE(node.Merge(node, OptionsNode()) || node.Overlay(node, 9999) || modified);
     EXPECT_STREQ(node.Error().Get(), "Invalid operation: OptionsNode is nested too deeply");
-    (void)node.Overlay(OptionsNode(&deep), 4294967295U);
-    EXPECT_FALSE(modified);
-    document = Nested(10000);
-    EXPECT_TRUE(node.Merge(OptionsNode(&limit), OptionsNode(&limit)));
-    (void)node.Overlay(OptionsNode(&limit), 4294967295U);
+    EXPECT_TRUE(node.Merge(OptionsNode(Nested(1000)), OptionsNode(Nested(1000))));
 }
 
 }  // namespace

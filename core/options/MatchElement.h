@@ -1,7 +1,5 @@
-// The merge of a tree of changes into a tree of options, element by element in arrays.
+// Which elements of two arrays are the same one, for a merge of the arrays.
 #pragma once
-
-#include <string>
 
 #include "json/value.h"
 
@@ -20,9 +18,5 @@ enum class ElementMatch {
 // without such members are the same when they are equal (a signed 1 and an unsigned 1 are not).
 ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
                           const Json::Value& ids);
-
-// Returns the message of the failure that ended the merge, empty when all went well. What was
-// merged before it stays. `source` and `ids` must not be parts of `destination`.
-std::string MergeValue(Json::Value& destination, const Json::Value& source, const Json::Value& ids);
 
 }  // namespace Quenda
