@@ -46,17 +46,6 @@ constexpr char kUsage[] =
     "          -d start in debugging mode (do not daemonize)\n"
     "          -v show version information and exit\n";
 
-TEST_F(CommandLineTest, DefaultsHoldWithoutOptions) {
-    EXPECT_FALSE(Parse({}).has_value());
-    EXPECT_FALSE(settings_.debug);
-    EXPECT_EQ(settings_.max_strikes, 3U);
-    EXPECT_EQ(settings_.heartbeat_timeout_sec, 60U);
-    EXPECT_EQ(settings_.keldra_process_name, "keldra");
-    EXPECT_EQ(settings_.heartbeat_file, "/var/run/quenda/keldra.heartbeat");
-    EXPECT_EQ(settings_.service_script, "/usr/sbin/service");
-    EXPECT_EQ(settings_.led_control_script, "/usr/sbin/led_ctl.sh");
-}
-
 TEST_F(CommandLineTest, EveryOptionReachesItsSettingAndTheLastOneWins) {
     EXPECT_FALSE(
         Parse({"-d", "-n", "app", "-t", "5", "-h", "/h", "-X", "9", "-S", "/s", "-L", "/l", "-t7"})
