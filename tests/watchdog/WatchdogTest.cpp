@@ -111,12 +111,16 @@ TEST_F(WatchdogTest, MissingFileFailsBeforeAnythingIsWritten) {
         SetUp();
         unlink(control_.Get(slot));
         uint32_t state = 5;
+        WatchdogDescriptors fds;
+        EXPECT_EQ(wdOpenAll(control_, &fds, &state), WD_FILE_NOT_FOUND);
+        EXPECT_EQ(OpenDescriptors(), before_) << slot;
+        state = 5;
         EXPECT_EQ(Start(300), "1 wdStart (238) : WD_FILE_NOT_FOUND") << slot;
         EXPECT_EQ(Stop(), "1 wdStop (268) : WD_FILE_NOT_FOUND") << slot;
         EXPECT_EQ(IsEnabled(&state), "1 wdIsEnabled (306) : WD_FILE_NOT_FOUND") << slot;
         EXPECT_EQ(state, 5U);
         EXPECT_EQ(Written(), "|||||||") << slot;
-        EXPECT_EQ(OpenDescriptors(), before_) << slot;
+        TearDown();
     }
 }
 
@@ -156,24 +160,18 @@ TEST(WatchdogErrorTest, TextIsCutToTheBuffer) {
     }
 }
 
-TEST_F(WatchdogTest, StepsTakeDescriptorZeroForOneThatIsNotOpen) {
+TEST_F(WatchdogTest, StepsTakeDescriptorZeroForOneThatIsNotOpenAndTraceAtLevelNine) {
     char buffer[2];
-    uint32_t error = 77;
-    EXPECT_EQ(wdSetWatchdogTime(45, {{3, 3, 3, 3}, 0, 3, 3}, &error), WD_INV_FD_DESC);
-    EXPECT_EQ(error, WD_INV_FD_DESC);
-    EXPECT_EQ(wdDisable(0, &error), WD_INV_FD_DESC);
-    EXPECT_EQ(wdReadEnable(0, buffer, &error), WD_INV_FD_DESC);
-    EXPECT_EQ(wdReadEnable(0, buffer, nullptr), WD_NULL_POINTER);
-}
-
-TEST_F(WatchdogTest, TracesAtLevelNine) {
     StringWritable eight;
     GlobalTraceList().AddSink(8, &eight);
     uint32_t error = 12;
-    (void)wdSetWatchdogTime(45, {{1, 2, 3, 4}, 5, 6, 7}, &error);
+    EXPECT_EQ(wdSetWatchdogTime(45, {{1, 2, 3, 4}, 0, 6, 7}, &error), WD_INV_FD_DESC);
+    EXPECT_EQ(error, WD_INV_FD_DESC);
+    EXPECT_EQ(wdDisable(0, &error), WD_INV_FD_DESC);
+    EXPECT_EQ(wdReadEnable(0, buffer, &error), WD_INV_FD_DESC);
     EXPECT_EQ(traces_.Text(),
               "wdSetWatchdogTime - time: 45  fdtimer0: 1  fdtimer1: 2  fdtimer2: 3  "
-              "fdtimer3: 4  fden: 5  fdreset: 6  fdall: 7  err: 12\n");
+              "fdtimer3: 4  fden: 0  fdreset: 6  fdall: 7  err: 12\n");
     EXPECT_EQ(eight.Text(), "");
 }
 

@@ -130,12 +130,14 @@ TEST_F(EventLoopTest, FailuresOfTheKernelAreLoggedAndAbsorbed) {
 
 TEST_F(EventLoopTest, DescriptorZeroIsNeitherRemovedNorClosed) {
     const int saved = fcntl(0, F_DUPFD_CLOEXEC, 3);
-    EventHandler ready("ready"), next("next", EPOLLIN, dup2(ready.Fd(), 0));
+    EventHandler ready("ready");
+    dup2(ready.Fd(), 0);
     {
         EventHandler console("console", EPOLLIN, 0);
         EXPECT_TRUE(loop_.AddHandler(&console));
     }
     EXPECT_NE(fcntl(0, F_GETFD), -1);
+    EventHandler next("next", EPOLLIN, 0);
     EXPECT_FALSE(loop_.AddHandler(&next)) << "the entry has gone";
     dup2(saved, 0);
     close(saved);

@@ -51,7 +51,7 @@ TEST_F(TimerTest, StallYieldsOneCallForEachMissedPeriodWithTheTimeIn32Bits) {
     PeriodicTimer timer("p", Note("."));
     timer.SetUserData(&timer);
     timer.Start(0, 100);
-    timer.StartAt({4294967, 0});
+    timer.StartAt({4294967, 0});  // 296 ms before the 32 bits wrap
     keeper_.ProcessExpired({4294967, 297000000});
     EXPECT_EQ(journal_, "...");
     EXPECT_EQ(timer.Expiry(), TimeValue(4294967, 300000000));
