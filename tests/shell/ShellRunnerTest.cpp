@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <functional>
 
-#include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
 
 using namespace Quenda;
@@ -44,12 +43,8 @@ int InChild(const std::function<int()>& body) {
 
 TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     const std::pair<const char*, std::string> cases[] = {
-        {":", ""},
         {"echo 1; echo 2 >&2; echo 3; echo $0", "1\n2\n3\n/bin/sh\n"},
-        {"echo only >&2", "only\n"},
-        {"printf 'a\\000\\377b'", std::string("a\0\xff"
-                                              "b",
-                                              4)},
+        {"printf 'a\\000\\377'", std::string("a\0\xff", 3)},
         {"head -c 3000001 /dev/zero", std::string(3000001, '\0')},
         {"printf part; exit 2", "partShell command exited with code 2\n"},
         {"echo x; kill -KILL $$", "x\nShell Failed: Killed by signal 9\n"},
@@ -61,18 +56,19 @@ TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     }
 }
 
-TEST_F(ShellRunnerTest, FailedExecIsExplainedInTheOutputAlone) {
-    Capture capture(STDOUT_FILENO);
-    printf("buffered by the caller");
+bool isHandlerArmed = false;
+
+TEST_F(ShellRunnerTest, FailedExecIsExplainedAndRunsNoExitHandlerOfTheCaller) {
+    atexit([] { (void)!write(STDOUT_FILENO, "handler", isHandlerArmed ? 7 : 0); });
     const char* const argv[] = {"name"};
     std::string output;
+    fflush(stdout);
+    isHandlerArmed = true;
     EXPECT_FALSE(RunExecCommand("/nonexistent", 1, argv, output));
-    const std::string tooLong = "exit 0 #" + std::string(200000, 'x');
-    EXPECT_FALSE(RunShellCommand(tooLong, output));
-    const std::string ended = "\nShell command exited with code 1\n";
-    EXPECT_EQ(output, "Failed to exec \"/nonexistent\": No such file or directory" + ended +
-                          "Failed to exec \"" + tooLong + "\": Argument list too long" + ended);
-    EXPECT_EQ(capture.Stop(), "buffered by the caller");
+    isHandlerArmed = false;
+    EXPECT_EQ(output,
+              "Failed to exec \"/nonexistent\": No such file or directory\n"
+              "Shell command exited with code 1\n");
 }
 
 TEST_F(ShellRunnerTest, AtMost30ArgumentsArePassed) {
@@ -84,41 +80,29 @@ TEST_F(ShellRunnerTest, AtMost30ArgumentsArePassed) {
         EXPECT_TRUE(RunExecCommand("/bin/sh", count, argv.data(), output));
         EXPECT_EQ(output, passed) << count;
     }
-    std::string output;
-    EXPECT_TRUE(RunExecCommand("/bin/true", -1, nullptr, output));
 }
 
-TEST_F(ShellRunnerTest, WithoutAPipeTheReasonReplacesTheOutput) {
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    const rlimit none = {0, limit.rlim_max};
-    std::string output = "lost";
-    setrlimit(RLIMIT_NOFILE, &none);
-    EXPECT_FALSE(RunShellCommand(":", output));
-    setrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_EQ(output, "Shell Failed: Failed to create pipe: Too many open files\n");
-}
-
-TEST_F(ShellRunnerTest, WithoutAProcessTheReasonReplacesTheOutput) {
-    const int result = InChild([] {
-        const rlimit none = {0, 0};
-        std::string output = "lost";
-        const auto before = OpenDescriptors();
-        // The limit does not hold for root.
-        if ((geteuid() == 0 && setresuid(65534, 65534, 65534) == -1) ||
-            setrlimit(RLIMIT_NPROC, &none) == -1 || RunShellCommand(":", output)) {
-            return 77;
-        }
-        return output == "Shell Failed: Failed to create fork: Resource temporarily "
-                         "unavailable\n" &&
-                       OpenDescriptors().size() == before.size()
-                   ? 0
-                   : 1;
-    });
-    if (result == 77) {
-        GTEST_SKIP() << "the number of processes cannot be limited here";
+TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
+    const std::pair<__rlimit_resource_t, std::string> cases[] = {
+        {RLIMIT_NOFILE, "pipe: Too many open files\n"},
+        {RLIMIT_NPROC, "fork: Resource temporarily unavailable\n"}};
+    for (const auto& [resource, reason] : cases) {
+        EXPECT_EQ(InChild([resource = resource, expected = reason] {
+                      (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
+                      const auto before = OpenDescriptors();
+                      std::string output = "lost";
+                      rlimit limit{};
+                      getrlimit(resource, &limit);
+                      const rlimit none = {0, limit.rlim_max};
+                      setrlimit(resource, &none);
+                      const bool ran = RunShellCommand(":", output);
+                      setrlimit(resource, &limit);
+                      return ran + 2 * (output != "Shell Failed: Failed to create " + expected) +
+                             4 * (OpenDescriptors() != before);
+                  }),
+                  0)
+            << reason;
     }
-    EXPECT_EQ(result, 0);
 }
 
 TEST_F(ShellRunnerTest, SignalDoesNotCutTheOutputShort) {
@@ -132,10 +116,7 @@ TEST_F(ShellRunnerTest, SignalDoesNotCutTheOutputShort) {
     EXPECT_EQ(output, "end\n");
 }
 
-TEST_F(ShellRunnerTest, EmptyCommandsFailAndSystemTellsOnlySuccess) {
-    std::string output = "kept";
-    EXPECT_FALSE(RunShellCommand("", output));
-    EXPECT_EQ(output, "kept");
+TEST_F(ShellRunnerTest, SystemTellsOnlySuccess) {
     EXPECT_TRUE(RunSystemCommand("exit 0"));
     for (const char* command : {"", "exit 1", "kill -9 $$"}) {
         EXPECT_FALSE(RunSystemCommand(command)) << command;

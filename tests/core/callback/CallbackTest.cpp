@@ -6,49 +6,31 @@ using namespace Quenda;
 
 namespace {
 
-// Counts its deletion and may own the next one of a chain.
-struct Link : CallbackBuffer1<bool> {
-    explicit Link(int& deletions) : deleted(deletions) {}
-    ~Link() override { ++deleted; }
+using Ref = CallbackRef1<bool>;
+
+// Notes, when it is deleted, what the handle holds by then.
+struct Target : CallbackBuffer1<bool> {
+    Target(const Ref& ref, std::vector<void*>& held) : handle(ref), heldAtEnd(held) {}
+    ~Target() override { heldAtEnd.push_back(handle.Get()); }
     void Invoke(bool) override {}
-    int& deleted;
-    CallbackRef1<bool> next;
+    const Ref& handle;
+    std::vector<void*>& heldAtEnd;
 };
 
-TEST(CallbackRefTest, LastHandleDeletesOnceEvenIfTheTargetOwnsItsSuccessor) {
-    int deleted = 0;
-    auto* const head = new Link(deleted);
-    head->next = CallbackRef1<bool>(new Link(deleted));
-    CallbackRef1<bool> ref(head);
-    {
-        CallbackRef1<bool> copy = ref;
-        const CallbackRef1<bool> moved = std::move(copy);
-        ref = moved;
+TEST(CallbackRefTest, LastHandleLetsGoOfTheTargetBeforeItDeletesItOnce) {
+    std::vector<void*> held;
+    std::vector<Ref> handles(1);
+    Ref& ref = handles[0];
+    for (int i = 0; i < 2; ++i) {
+        ref = Ref(new Target(ref, held));
+        std::vector<Ref> copies(3, ref);
+        ref = std::move(copies[1]);
     }
-    EXPECT_EQ(deleted, 0);
-    ref = head->next;
-    EXPECT_EQ(deleted, 1);
+    void* const second = ref.Get();
+    EXPECT_EQ(held, std::vector<void*>{second});
     ref.Release();
     ref.Release();
-    EXPECT_EQ(deleted, 2);
-}
-
-struct Base {
-    virtual ~Base() = default;
-    virtual void Tick(unsigned int, void*) { FAIL() << "not the most derived override"; }
-};
-
-struct Derived : Base {
-    void Tick(unsigned int now, void* data) override { *static_cast<unsigned int*>(data) = now; }
-};
-
-TEST(MemberCallbackTest, CallsTheMostDerivedOverrideWithBothArguments) {
-    Derived object;
-    unsigned int seen = 0;
-    CallbackRef2<unsigned int, void*>(
-        new MemberCallback2<Base, unsigned int, void*>(&object, &Base::Tick))
-        ->Invoke(UINT32_MAX, &seen);
-    EXPECT_EQ(seen, UINT32_MAX);
+    EXPECT_EQ(held, (std::vector<void*>{second, nullptr}));
 }
 
 }  // namespace
