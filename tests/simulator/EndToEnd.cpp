@@ -63,15 +63,16 @@ void EndToEnd::StartHealthy(const std::vector<std::string>& arguments) {
     ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
 }
 
-void EndToEnd::StartInDebugMode(const std::vector<std::string>& arguments) {
-    std::vector<std::string> all = {"-d", "-t", "1"};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    std::string command;
-    for (const auto& word : terminal_->MonitorCommand(all)) {
-        command += word + " ";
-    }
-    const CommandResult start = terminal_->Run({"/bin/sh", "-c", command + "2>/tmp/debug.log &"});
-    ASSERT_EQ(start.status, 0) << start.output;
+CommandResult EndToEnd::RunMonitorInShell(const std::string& script,
+                                          const std::vector<std::string>& arguments) {
+    std::vector<std::string> command = terminal_->MonitorCommand(arguments);
+    command.insert(command.begin(), {"/bin/sh", "-c", script, "sh"});
+    return terminal_->Run(command);
+}
+
+void EndToEnd::StartInDebugMode(const std::string& timeout) {
+    (void)RunMonitorInShell("\"$@\" 2>/tmp/debug.log &", {"-d", "-t", timeout});
+    ExpectLog("Starting the main event loop");
 }
 
 bool EndToEnd::Expect(Source source, const std::string& text) {
@@ -90,13 +91,19 @@ int EndToEnd::LogLines(const std::string& text) {
     return count;
 }
 
-pid_t EndToEnd::Only(const std::string& name) {
-    auto processes = terminal_->Processes(name);
+bool EndToEnd::Becomes(const std::function<bool()>& condition) {
     const double deadline = terminal_->Seconds() + kDeadlineSeconds;
-    while (processes.size() != 1 && terminal_->Seconds() < deadline) {
+    while (!condition() && terminal_->Seconds() < deadline) {
         terminal_->Pump(10);
-        processes = terminal_->Processes(name);
     }
-    EXPECT_EQ(processes.size(), 1U) << name;
+    return condition();
+}
+
+pid_t EndToEnd::Only(const std::string& name) {
+    std::vector<Process> processes;
+    EXPECT_TRUE(Becomes([&] {
+        processes = terminal_->Processes(name);
+        return processes.size() == 1;
+    })) << name;
     return processes.size() == 1 ? processes[0].pid : -1;
 }

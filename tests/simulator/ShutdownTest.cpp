@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 
 #include "tests/simulator/EndToEnd.h"
@@ -6,16 +7,19 @@ using namespace Simulator;
 
 class EndToEndShutdownTest : public EndToEnd {
 protected:
-    // Whether the watchdog was armed after the first log line that contains the text.
-    bool ArmedAfter(const std::string& text) {
-        bool after = false;
-        for (const Event& event : terminal_->Events()) {
-            after = after || event.text.find(text) != std::string::npos;
-            if (after && event.source == Source::kWatchdog && event.text == "armed with 300 s") {
-                return true;
-            }
-        }
-        return false;
+    // The daemon shuts down in response to the signal; the last it does is to arm the watchdog.
+    void ExpectGracefulEnd(int signal) {
+        const std::string text = "Keldra Monitor is shutting down gracefully in response to signal";
+        ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), signal));
+        ExpectLog(text + " " + std::to_string(signal));
+        Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+        const auto& events = terminal_->Events();
+        const auto log = std::find_if(events.begin(), events.end(), [&](const Event& event) {
+            return event.text.find(text) == 0;
+        });
+        EXPECT_TRUE(std::any_of(log, events.end(), [](const Event& event) {
+            return event.text == "armed with 300 s";
+        }));
     }
 };
 
@@ -24,23 +28,29 @@ TEST_F(EndToEndShutdownTest, EveryTerminatingSignalEndsTheDaemonWithTheWatchdogL
         SCOPED_TRACE(signal);
         PowerOn();
         StartHealthy();
-        terminal_->Mark();
-        ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), signal));
-        ExpectLog("Keldra Monitor is shutting down gracefully in response to signal " +
-                  std::to_string(signal));
-        Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
-        EXPECT_TRUE(ArmedAfter("Keldra Monitor is shutting down gracefully"));
+        ExpectGracefulEnd(signal);
         EXPECT_EQ(terminal_->Processes("keldra").size(), 1U);
+    }
+}
+
+TEST_F(EndToEndShutdownTest, WaitForAProgramThatNeverEndsLeavesTheDaemonOpenToSignals) {
+    for (const char* program : {"/usr/sbin/led_ctl.sh", kKeldraProgram, "/usr/sbin/service"}) {
+        SCOPED_TRACE(program);
+        PowerOn();
+        ASSERT_TRUE(WriteInside(*terminal_, program, "#!/bin/sh\nexec sleep 1000\n"));
+        StartMonitor();
+        (void)Only("sleep");
+        const std::string report = Query().output;
+        EXPECT_NE(report.find("Keldra State:   Keldra_Not_Running\n"), std::string::npos) << report;
+        ExpectGracefulEnd(SIGTERM);
     }
 }
 
 TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
     PowerOn();
-    StartInDebugMode();
-    ExpectLog("Defaulting to Keldra's primary options file");
+    StartInDebugMode("1");
     ExpectLog("Keldra started responding again after ");
-    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGINT));
-    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+    ExpectGracefulEnd(SIGINT);
     const std::string output = ReadFile(terminal_->Path("/tmp/debug.log"));
     EXPECT_NE(output.find("Keldra is up and okay\n"), std::string::npos) << output;
     EXPECT_NE(output.find("\nParameters\n==========\n"), std::string::npos) << output;
@@ -49,9 +59,7 @@ TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
 TEST_F(EndToEndShutdownTest, SuccessorTakesOverTheRunningKeldra) {
     StartHealthy();
     const pid_t keldra = Only("keldra");
-    terminal_->Mark();
-    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGTERM));
-    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+    ExpectGracefulEnd(SIGTERM);
     terminal_->Mark();
     StartMonitor();
     for (int check = 0; check < 4; ++check) {

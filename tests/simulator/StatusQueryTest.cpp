@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 #include "tests/simulator/EndToEnd.h"
 
@@ -6,58 +8,85 @@ using namespace Simulator;
 
 class EndToEndStatusQueryTest : public EndToEnd {
 protected:
-    CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand({"-i"})); }
+    std::string StatusFile() { return ReadFile(terminal_->Path(kStatusFile)); }
 };
 
-TEST_F(EndToEndStatusQueryTest, PrintsTheStatusFileByteForByte) {
+TEST_F(EndToEndStatusQueryTest, PrintsTheNewReportAndNothingOfAnOlderOne) {
+    PowerOn();
+    WriteInside(*terminal_, kStatusFile, std::string(100000, 'x'));
     StartHealthy();
     const CommandResult query = Query();
     EXPECT_EQ(query.status, 0);
-    EXPECT_EQ(query.output, ReadFile(terminal_->Path(kStatusFile)));
-    const std::string expected[] = {
-        "Parameters\n"
-        "==========\n"
-        "Keldra Monitor Process Name: keldra_monitor\n"
-        "Keldra Process Name:         keldra\n"
-        "SSH Daemon Process Name:     sshd\n"
-        "Service Script:              /usr/sbin/service\n"
-        "LED Control Script:          /usr/sbin/led_ctl.sh\n"
-        "Max Strikes:                 50\n"
-        "\n"
-        "Statistics\n"
-        "==========\n"
-        "keldra_state_unknown:       0\n"
-        "keldra_not_running:         1\n",
-        "State\n"
-        "=====\n"
-        "Keldra State:   Keldra_Up_And_Okay\n"
-        "Options Type:   Normal_Options\n"
-        "Strikes:        0\n"
-        "Keldra PID:     " +
-            std::to_string(Only("keldra")) +
-            "\n"
-            "SSH Daemon PID: " +
-            std::to_string(Only("sshd")) +
-            "\n"
-            "\n"
-            "Heartbeat Timer\n"
-            "===============\n"
-            "Heartbeat File:           /var/run/quenda/keldra.heartbeat\n"
-            "Heartbeat Timeout:        1 (seconds)\n",
-    };
-    for (const auto& part : expected) {
-        EXPECT_NE(query.output.find(part), std::string::npos) << part << query.output;
+    EXPECT_EQ(query.output, StatusFile());
+    EXPECT_EQ(query.output.find("xx"), std::string::npos);
+    EXPECT_EQ(query.output.find("Parameters\n"), 0U) << query.output;
+    const std::string state =
+        "Keldra State:   Keldra_Up_And_Okay\nOptions Type:   Normal_Options\n"
+        "Strikes:        0\nKeldra PID:     " +
+        std::to_string(Only("keldra")) + "\nSSH Daemon PID: " + std::to_string(Only("sshd")) + "\n";
+    EXPECT_NE(query.output.find(state), std::string::npos) << query.output;
+}
+
+TEST_F(EndToEndStatusQueryTest, QueriesAtOnceShareOneReport) {
+    StartHealthy();
+    const pid_t daemon = Only("keldra_monitor");
+    // Stopped until all of them have asked, so that it answers them all with one report.
+    ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
+    (void)RunMonitorInShell("for i in 1 2 3 4; do \"$@\" 2>/tmp/query.$i & done", {"-i"});
+    std::vector<Process> all;
+    ASSERT_TRUE(Becomes([&] {
+        all = terminal_->Processes("keldra_monitor");
+        const auto waits = [](const Process& process) { return process.state == 'S'; };
+        return std::count_if(all.begin(), all.end(), waits) == 4;
+    }));
+    // A query may take another one for the daemon and ask that.
+    for (const Process& process : all) {
+        ASSERT_TRUE(terminal_->Signal(process.pid, SIGUSR1));
+    }
+    ASSERT_TRUE(terminal_->Signal(daemon, SIGCONT));
+    EXPECT_EQ(Only("keldra_monitor"), daemon);
+    for (const char* output : {"/tmp/query.1", "/tmp/query.2", "/tmp/query.3", "/tmp/query.4"}) {
+        const std::string report = ReadFile(terminal_->Path(output));
+        EXPECT_EQ(report.find("Parameters\n"), 0U) << output << report;
+        EXPECT_EQ(report, StatusFile()) << output;
     }
 }
 
-TEST_F(EndToEndStatusQueryTest, WithoutADaemonThereIsNobodyToAsk) {
+TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {
     PowerOn();
-    const CommandResult query = Query();
-    EXPECT_EQ(query.status, 0);
-    EXPECT_EQ(query.output, "No other Keldra Monitor instance is running to query\n");
+    // Requests have to begin after the program is loaded, which nothing could survive: when it
+    // reads the process table in search of another instance. A long table and a low priority
+    // give them time. They go to the script's process group, which nobody else is in.
+    (void)terminal_->Run({"/bin/sh", "-c", "for i in $(seq 500); do sleep 1000 & done"});
+    const CommandResult start = RunMonitorInShell(
+        "trap : USR1\n"
+        "nice \"$@\" &\n"
+        "until [ /proc/$!/fd/3 -ef /proc ] || [ ! -e /proc/$!/exe ]; do :; done\n"
+        "while [ -e /proc/$!/exe ]; do kill -USR1 0; done\n"
+        "wait $!",
+        {"-t", "1"});
+    ASSERT_EQ(start.status, 0);
+    const pid_t daemon = Only("keldra_monitor");
+    do {
+        ASSERT_TRUE(terminal_->Signal(daemon, SIGUSR1));
+    } while (LogLines("Keldra is not running!") == 0);
+    EXPECT_EQ(Only("keldra_monitor"), daemon);
 }
 
-TEST_F(EndToEndStatusQueryTest, StoppedDaemonIsGivenUpAfterTenSeconds) {
+TEST_F(EndToEndStatusQueryTest, StatusFileThatCannotBeOpenedIsReportedAndSupervisionGoesOn) {
+    PowerOn();
+    ASSERT_TRUE(std::filesystem::create_directory(terminal_->Path(kStatusFile)));
+    StartHealthy();
+    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGUSR1));
+    ExpectLog(std::string("Failed to open the status file ") + kStatusFile +
+              " for writing: Is a directory");
+    terminal_->Mark();
+    Expect(Source::kWatchdog, "armed with 300 s");
+}
+
+TEST_F(EndToEndStatusQueryTest, NobodyToAskAndNoAnswerAreTold) {
+    PowerOn();
+    EXPECT_EQ(Query().output, "No other Keldra Monitor instance is running to query\n");
     StartHealthy();
     const pid_t daemon = Only("keldra_monitor");
     ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
