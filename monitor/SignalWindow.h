@@ -20,7 +20,7 @@ public:
 // Blocks the given signals outside windows and outside the event loop's wait, from now on.
 void BlockSignalsOutsideWindows(const sigset_t& signals);
 
-// In a child between fork and exec: gives those signals back the dispositions and the mask that
+// In a child between fork and exec: gives those signals their default dispositions and the mask that
 // the daemon was started with. A child forked inside a window has that mask already.
 void RestoreSignalsInChild();
 

@@ -118,17 +118,4 @@ TEST_F(HeartbeatReadTimerTest, TimedChecksReportToTheCallbackAndOthersDoNot) {
     EXPECT_EQ(results, (std::vector<bool>{true, false}));
 }
 
-TEST_F(HeartbeatReadTimerTest, StopForgetsBothCounts) {
-    ASSERT_TRUE(timer_.Start());
-    WriteCount(5);
-    ASSERT_TRUE(Check());
-    EXPECT_TRUE(timer_.Stop());
-    EXPECT_EQ(timer_.GetLastCount(), 0U);
-    EXPECT_EQ(timer_.GetPreviousCount(), 0U);
-    EXPECT_TRUE(timer_.HeartbeatMissed());
-    Capture log(2);
-    EXPECT_FALSE(timer_.Stop());
-    EXPECT_EQ(log.Stop(), "");
-}
-
 }  // namespace

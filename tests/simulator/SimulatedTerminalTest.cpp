@@ -13,16 +13,6 @@ using namespace Simulator;
 
 class SimulatedTerminalTest : public EndToEnd {};
 
-TEST_F(SimulatedTerminalTest, RunTellsOutputAndEndOfACommandAndWaitsForNothingThatItLeft) {
-    PowerOn();
-    const CommandResult result =
-        terminal_->Run({"/bin/sh", "-c", "sleep 1000 & id -u; echo wrong >&2; exit 5"});
-    EXPECT_EQ(result.output, "0\nwrong\n");
-    EXPECT_EQ(result.status, W_EXITCODE(5, 0));
-    EXPECT_GT(Only("sleep"), 1);
-    EXPECT_EQ(terminal_->Run({"/no/such/program"}).status, W_EXITCODE(127, 0));
-}
-
 TEST_F(SimulatedTerminalTest, TheMachineCannotBeChangedFromInside) {
     PowerOn();
     for (const char* directory : {"/usr/bin", "/usr/lib", "/etc"}) {

@@ -27,17 +27,3 @@ TEST(StandInWatchdogTest, FirstCountersByteTellsTheBiteTime) {
         EXPECT_EQ(watchdog.HasBitten(100 + c.seconds), c.seconds != 0) << c.byte;
     }
 }
-
-TEST(StandInWatchdogTest, RearmingPutsOffTheBiteAndTheCountdown) {
-    StandInWatchdog watchdog;
-    watchdog.Write("intial-cnt0", "0xf0", 0);
-    watchdog.Write("control-all", "0", 0);
-    EXPECT_EQ(watchdog.Tick(4.9), "");
-    EXPECT_EQ(watchdog.Tick(5.1), "bites in 25 s");
-    EXPECT_EQ(watchdog.Tick(5.2), "");
-    watchdog.Write("intial-cnt0", "0x60", 29);
-    watchdog.Write("control-all", "0", 29);
-    EXPECT_FALSE(watchdog.HasBitten(328));
-    EXPECT_DOUBLE_EQ(watchdog.NextEvent(), 29 + 50);
-    EXPECT_EQ(watchdog.Tick(79), "bites in 250 s");
-}

@@ -58,20 +58,6 @@ protected:
     std::map<int, std::string> before_;
 };
 
-TEST(WatchdogControlTest, NamesTheDriversFilesAndCutsLongTexts) {
-    WatchdogControl control;
-    std::string all;
-    for (size_t i = 0; i < WatchdogControl::kSlotCount; ++i) {
-        const std::string text = control.Get(WatchdogControl::Slot(i));
-        all += text.substr(text.rfind('/') + 1) + " ";
-    }
-    EXPECT_EQ(all,
-              "intial-cnt0 intial-cnt1 intial-cnt2 intial-cnt3 control-en control-reset 1 "
-              "control-all ");
-    control.Set(WatchdogControl::kControlEn, std::string(60, 'x').c_str());
-    EXPECT_EQ(control.Get(WatchdogControl::kControlEn), std::string(55, 'x'));
-}
-
 TEST_F(WatchdogTest, StartWritesTheFirstCounterWholeAndAZeroEachForTheRest) {
     const std::tuple<uint32_t, std::string, std::string> cases[] = {
         {30, "0xf0", "0x82 0x96 0x5"},

@@ -45,13 +45,4 @@ TEST(StringWritableTest, CutsAtAZeroByteAndReturnsTheLength) {
     EXPECT_EQ(out.Text(), "ab45");
 }
 
-TEST(StdioWritableTest, ReturnsWhatTheStreamTook) {
-    for (const auto& [path, taken] : {std::pair("/dev/null", 3U), std::pair("/dev/full", 0U)}) {
-        FILE* const stream = fopen(path, "w");
-        setvbuf(stream, nullptr, _IONBF, 0);
-        EXPECT_EQ(StdioWritable(stream).Write("a\0b", 3), taken);
-        EXPECT_EQ(fclose(stream), 0);
-    }
-}
-
 }  // namespace
