@@ -5,8 +5,10 @@
 #include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
 
 #include "core/log/Log.h"
 #include "core/log/SysloggerOptions.h"
@@ -18,10 +20,24 @@ using namespace Quenda;
 
 namespace {
 
+// Root may have mounts of its own; others become root in a user namespace of theirs.
+bool EnterOwnMounts() {
+    const std::string uid = std::to_string(geteuid()), gid = std::to_string(getegid());
+    if (unshare(CLONE_NEWNS) == 0) {
+        return true;
+    }
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) == -1) {
+        return false;
+    }
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << "0 " + uid + " 1";
+    std::ofstream("/proc/self/gid_map") << "0 " + gid + " 1";
+    return true;
+}
+
 // A /dev of this process's own, with a syslog socket in it. -1 when that is not permitted.
 int BindSyslogSocket() {
-    if ((unshare(CLONE_NEWNS) == -1 && unshare(CLONE_NEWUSER | CLONE_NEWNS) == -1) ||
-        mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == -1 ||
+    if (!EnterOwnMounts() || mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == -1 ||
         mount("none", "/dev", "tmpfs", 0, nullptr) == -1) {
         return -1;
     }
