@@ -20,8 +20,8 @@ public:
 // Blocks the given signals outside windows and outside the event loop's wait, from now on.
 void BlockSignalsOutsideWindows(const sigset_t& signals);
 
-// In a child between fork and exec: gives those signals their default dispositions and the mask that
-// the daemon was started with. A child forked inside a window has that mask already.
+// In a child between fork and exec: those signals get their default dispositions, and the mask is
+// the one that the daemon was started with, as it is in a child forked inside a window.
 void RestoreSignalsInChild();
 
 }  // namespace Monitor
