@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/options/OptionsNodeEdit.h"
 #include "monitor/MonitorState.h"
 #include "tests/support/TempDir.h"
 
@@ -14,6 +15,10 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     settings.max_strikes = 4294967295U;
     statistics = {1, 2, 3, 4, 5, 6, 7, 8, 4294967295U};
     supervision = {OptionsType::kBackup, KeldraState::kMissedHeartbeat, 2, -1, 4711};
+    Quenda::OptionsNodeEdit options;
+    options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
+    ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
+    ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
     const TempDir dir;
     const std::string path = dir.File("report");
     FILE* const file = fopen(path.c_str(), "w");
