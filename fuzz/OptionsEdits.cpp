@@ -1,16 +1,19 @@
 // Everything that changes an options tree.
+#include "core/options/JsonValue.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "fuzz/OptionsFuzz.h"
 #include "fuzz/Require.h"
 
 using Quenda::OptionsNode;
 using Quenda::OptionsNodeEdit;
+using Quenda::JsonValue::kMaxNesting;
+using Quenda::JsonValue::NestsDeeperThan;
 
 namespace {
 
 // A part of the changes or of the options themselves, which the edit is about to change.
 OptionsNode RandomSource(OptionsFuzz& fuzz) {
-    const bool own = fuzz.input.ConsumeIntegralInRange(0, 3) == 0;
+    const bool own = fuzz.input.ConsumeIntegralInRange(0, 3) == 1;
     return OptionsNode(&RandomPart(fuzz.input, own ? fuzz.options : fuzz.changes));
 }
 
@@ -22,13 +25,16 @@ void RequireOutcome(const OptionsNodeEdit& node, bool done, bool modified) {
 void Merge(OptionsFuzz& fuzz) {
     bool modified = false;
     OptionsNodeEdit node(&RandomPart(fuzz.input, fuzz.options), &modified);
+    const OptionsNode source = RandomSource(fuzz);
+    const bool tooDeep = NestsDeeperThan(source.Value(), kMaxNesting);
     if (fuzz.input.ConsumeBool()) {
-        const bool merged = node.Merge(OptionsNode(&fuzz.changes), OptionsNode(&fuzz.arrayIds));
+        const bool merged = node.Merge(source, OptionsNode(&fuzz.arrayIds));
         REQUIRE(merged == node.Error().IsEmpty() && (modified || !merged));
     } else {
-        REQUIRE(!node.Overlay(RandomSource(fuzz), fuzz.input.ConsumeIntegralInRange(0U, 4U)));
+        REQUIRE(!node.Overlay(source, fuzz.input.ConsumeIntegralInRange(0U, 4U)));
         REQUIRE(modified == node.Error().IsEmpty());
     }
+    REQUIRE(!tooDeep || !modified);
 }
 
 bool SetLeaf(FuzzInput& input, OptionsNodeEdit& node, const char* name) {
@@ -52,7 +58,7 @@ void EditMember(OptionsFuzz& fuzz) {
     FuzzInput& input = fuzz.input;
     bool modified = false;
     OptionsNodeEdit node(&RandomPart(input, fuzz.options), &modified);
-    const char* const name = RandomName(input);
+    const char* const name = RandomName(input, node.Value());
     switch (input.ConsumeIntegralInRange(0, 3)) {
         case 0:
             return RequireOutcome(node, SetLeaf(input, node, name), modified);
@@ -71,14 +77,14 @@ void MoveOrRemove(OptionsFuzz& fuzz) {
     FuzzInput& input = fuzz.input;
     bool modified = false;
     OptionsNodeEdit node(&RandomPart(input, fuzz.options), &modified);
-    const char* const name = RandomName(input);
+    const char* const name = RandomName(input, node.Value());
     if (input.ConsumeBool()) {
         (void)node.RemoveMember(name);
     } else {
         Json::Value& document = input.ConsumeBool() ? fuzz.options : fuzz.changes;
         OptionsNodeEdit destination(&RandomPart(input, document), &modified);
-        const bool moved =
-            node.MoveMember(destination, RandomName(input), name, input.ConsumeBool());
+        const bool moved = node.MoveMember(destination, RandomName(input, destination.Value()),
+                                           name, input.ConsumeBool());
         REQUIRE(!moved || modified);
     }
 }

@@ -1,7 +1,7 @@
 // Everything that an options node can be asked.
-#include <cmath>
 #include <cstring>
 
+#include "core/options/JsonValue.h"
 #include "core/output/StringWritable.h"
 #include "core/values/ValueList.h"
 #include "fuzz/OptionsFuzz.h"
@@ -48,8 +48,11 @@ void AskNumbers(const OptionsNode& node, const char* name) {
 
 void AskPath(FuzzInput& input, const OptionsNode& node) {
     Quenda::OptionsPath path;
+    const Json::Value* value = &node.Value();
     for (auto left = input.ConsumeIntegralInRange(0, 4); left > 0; --left) {
-        path.push_back(RandomName(input));
+        path.push_back(RandomName(input, *value));
+        const Json::Value* const member = Quenda::JsonValue::FindMember(*value, path.back());
+        value = member == nullptr ? value : member;
     }
     const OptionsNode found = node.GetNode(path);
     REQUIRE(!found.Value().isNull() || !node.Error().IsEmpty());
@@ -87,7 +90,7 @@ void LoadValues(const OptionsNode& node) {
 void AskOptions(OptionsFuzz& fuzz) {
     FuzzInput& input = fuzz.input;
     const OptionsNode node(&RandomPart(input, fuzz.options));
-    const char* const name = RandomName(input);
+    const char* const name = RandomName(input, node.Value());
     const auto index = input.ConsumeIntegralInRange<uint32_t>(0, 4);
     switch (input.ConsumeIntegralInRange(0, 7)) {
         case 0:

@@ -1,5 +1,6 @@
 #include "fuzz/RandomDocument.h"
 
+#include <iterator>
 #include <limits>
 
 #include "core/options/JsonValue.h"
@@ -48,7 +49,8 @@ void Nest(FuzzInput& input, Json::Value& value) {
 Json::Value RandomValue(FuzzInput& input, unsigned depth) {
     const unsigned kind = input.ConsumeIntegralInRange(0U, 15U);
     Json::Value value(kind < 6 ? Json::objectValue : Json::arrayValue);
-    if (kind >= 12 || depth == kMaxDepth) {
+    // Few enough to leave most of the input to what is done with them.
+    if (kind >= (depth == 0 ? 12U : 9U) || depth == kMaxDepth) {
         value = RandomScalar(input);
     } else {
         for (unsigned left = input.ConsumeIntegralInRange(0U, 4U); left > 0; --left) {
@@ -96,6 +98,17 @@ const char* RandomName(FuzzInput& input) {
     return input.ConsumeIntegralInRange(0, 15) == 0 ? nullptr : input.PickValueInArray(kNames);
 }
 
+const char* RandomName(FuzzInput& input, const Json::Value& value) {
+    const size_t first = input.ConsumeIntegralInRange<size_t>(0, 2 * std::size(kNames) - 1);
+    for (size_t i = first; i < 2 * std::size(kNames); ++i) {
+        const char* const name = kNames[i % std::size(kNames)];
+        if (Quenda::JsonValue::FindMember(value, name) != nullptr) {
+            return name;
+        }
+    }
+    return RandomName(input);
+}
+
 Json::Value RandomDocument(FuzzInput& input) {
     Json::Value document = RandomValue(input, 0);
     if (input.ConsumeIntegralInRange(0, 63) == 1) {
@@ -114,16 +127,11 @@ Json::Value RandomArrayIds(FuzzInput& input, const Json::Value& changes) {
 Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
     Json::Value* part = &document;
     for (unsigned left = input.ConsumeIntegralInRange(0U, kMaxPathNames); left > 0; --left) {
-        Json::Value* child = nullptr;
-        if (part->isObject()) {
-            child = Quenda::JsonValue::FindMember(*part, RandomName(input));
-        } else if (part->isArray() && !part->empty()) {
-            child = &(*part)[input.ConsumeIntegralInRange(0U, part->size() - 1)];
-        }
-        if (child == nullptr) {
+        if (Quenda::JsonValue::IsEmpty(*part) || !(part->isArray() || part->isObject())) {
             break;
         }
-        part = child;
+        const unsigned index = input.ConsumeIntegralInRange(0U, part->size() - 1);
+        part = part->isArray() ? &(*part)[index] : &*std::next(part->begin(), index);
     }
     return *part;
 }

@@ -13,8 +13,9 @@ using FuzzInput = FuzzedDataProvider;
 // A text of any bytes, a number as a text, or one of the few.
 std::string RandomText(FuzzInput& input);
 
-// A name for a lookup: sometimes null.
+// A name for a lookup: sometimes null. With a value, mostly that of a member that it has.
 const char* RandomName(FuzzInput& input);
+const char* RandomName(FuzzInput& input, const Json::Value& value);
 
 // Sometimes 10,000 levels deep, or just at the limit of what is copied.
 Json::Value RandomDocument(FuzzInput& input);
