@@ -89,8 +89,11 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
         isalpha(static_cast<unsigned char>(nameEnd[2])) == 0 || !IsSpace(nameEnd[3])) {
         return false;
     }
+    // Copied, so that a number at the end of what is looked at ends there.
+    char number[kLineSize] = {};
+    (void)std::copy(nameEnd + 4, end, number);
     int32_t parent = 0;
-    if (!ScanNumber(nameEnd + 4, parent)) {
+    if (!ScanNumber(number, parent)) {
         return false;
     }
     *std::copy(at, nameEnd, name) = '\0';

@@ -33,6 +33,8 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
         {" (x) S 1", "x", 1},                     // no digits at all are digits enough
         {"12 (a) b) S 1 1", nullptr, 0},          // a name that holds ")" is cut there
         {"12 (keldra) S 1) S 7 1", "keldra", 1},  // and what follows may look right
+        // Nothing beyond 127 bytes is looked at: here the number's last digit.
+        {"12 (" + std::string(115, 'n') + ") S 12345", longName.c_str() + 25, 1234},
         {"12 (keldra", nullptr, 0},
         {"12 (keldra) S", nullptr, 0},
         {"12 (keldra) S ", nullptr, 0},

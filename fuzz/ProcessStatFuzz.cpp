@@ -1,0 +1,41 @@
+// Any bytes as the stat line of a process.
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "fuzz/Require.h"
+#include "monitor/ProcessLookup.h"
+
+namespace {
+
+constexpr size_t kLookedAt = 127;
+constexpr int32_t kUntouched = -77;
+
+// A copy that ends where the reading must end: a byte beyond it is found by the sanitizer.
+std::vector<char> ExactCopy(const uint8_t* data, size_t size) {
+    std::vector<char> line(data, data + std::min(size, kLookedAt));
+    if (line.size() < kLookedAt) {
+        line.push_back('\0');
+    }
+    line.shrink_to_fit();
+    return line;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const std::vector<char> line = ExactCopy(data, size);
+    char name[Monitor::kProcessNameSize];
+    std::memset(name, 'x', sizeof(name));
+    int32_t parent = kUntouched;
+    if (!Monitor::ParseProcessStat(line.data(), name, parent)) {
+        REQUIRE(parent == kUntouched && std::count(name, name + sizeof(name), 'x') == sizeof(name));
+        return 0;
+    }
+    // The name stands behind the number, a blank and "(", and ends before the first ")".
+    const std::string text(line.data(), strnlen(line.data(), line.size()));
+    const size_t start = text.find_first_not_of("0123456789") + 2;
+    REQUIRE(text.substr(start, text.find(')') - start) == name);
+    return 0;
+}

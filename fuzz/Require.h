@@ -1,0 +1,13 @@
+// What must hold after a call: otherwise the fuzzer stops here and keeps the input.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+#define REQUIRE(condition)                                                             \
+    do {                                                                               \
+        if (!(condition)) {                                                            \
+            (void)std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
+            std::abort();                                                              \
+        }                                                                              \
+    } while (false)
