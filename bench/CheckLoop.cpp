@@ -113,6 +113,6 @@ int main(int argc, char** argv) {
         }
     }
     Report("late", output);
-    const uint32_t strikes = Monitor::supervision.health.strikes;
+    const uint32_t strikes = Monitor::supervision.strikes;
     return strikes == (success ? 0 : static_cast<uint32_t>(wanted)) ? 0 : 1;
 }

@@ -54,10 +54,6 @@ void ActivitySet::RemoveAll(List& list) {
     }
 }
 
-bool ActivitySet::HasActivities() const {
-    return !current_->IsEmpty() || !next_->IsEmpty();
-}
-
 bool ActivitySet::Run(int argument) {
     std::swap(current_, next_);
     bool result = true;

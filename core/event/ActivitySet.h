@@ -52,7 +52,7 @@ public:
     bool Add(ActivityHold* hold);
     // False for null and for a hold that is in no list.
     bool Remove(ActivityHold* hold);
-    bool HasActivities() const;
+    bool HasActivities() const { return !current_->IsEmpty() || !next_->IsEmpty(); }
 
     // One pass over the holds queued so far, in the order in which they were added. Work added
     // meanwhile waits for the next pass. A callback that removes its own hold, or destroys it,

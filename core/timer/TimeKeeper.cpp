@@ -10,18 +10,26 @@ TimeKeeper& TimeKeeper::Instance() {
 }
 
 void TimeKeeper::AddTimer(TimerTkIntf* timer) {
+    if (timer == unqueued_) {
+        unqueued_ = nullptr;
+    }
+    // Most timers are armed for one period on, after all others: look there first. Among equal
+    // expiries, too, a timer comes last.
     if (spare_.empty()) {
-        queue_.emplace(timer->Expiry(), timer);
+        queue_.emplace_hint(queue_.end(), timer->Expiry(), timer);
         return;
     }
     spare_.key() = timer->Expiry();
     spare_.mapped() = timer;
-    queue_.insert(std::move(spare_));
+    queue_.insert(queue_.end(), std::move(spare_));
 }
 
 void TimeKeeper::RemoveTimer(TimerTkIntf* timer) {
-    const auto range = queue_.equal_range(timer->Expiry());
-    for (auto it = range.first; it != range.second; ++it) {
+    if (timer == unqueued_) {
+        return;
+    }
+    const TimeValue expiry = timer->Expiry();
+    for (auto it = queue_.lower_bound(expiry); it != queue_.end() && it->first == expiry; ++it) {
         if (it->second == timer) {
             spare_ = queue_.extract(it);
             return;
@@ -48,6 +56,7 @@ void TimeKeeper::ProcessExpired(TimeValue now) {
         }
         // Out of the queue before it runs: the callback may do anything to its own timer.
         spare_ = queue_.extract(queue_.begin());
+        unqueued_ = timer;
         timer->Expire(now);
         ++expiredCount_;
     }

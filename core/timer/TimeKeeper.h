@@ -39,6 +39,9 @@ private:
     // The last element taken out of the queue, kept for the next timer that is armed: a timer
     // that is re-armed costs no allocation.
     Queue::node_type spare_;
+    // The last timer that was due, until it is armed again: it need not be looked for among the
+    // others of its expiry, of which there may be many. Only compared, it may be destroyed.
+    const TimerTkIntf* unqueued_ = nullptr;
 };
 
 }  // namespace Quenda

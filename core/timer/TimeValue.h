@@ -26,16 +26,14 @@ public:
     void SetToNowPlus(uint32_t milliseconds);
 
     TimeValue operator-(const TimeValue& other) const;
-    bool operator>=(const TimeValue& other) const {
-        return seconds_ == other.seconds_ ? nanoseconds_ >= other.nanoseconds_
-                                          : seconds_ >= other.seconds_;
-    }
-    bool operator<(const TimeValue& other) const { return !(*this >= other); }
-    bool operator==(const TimeValue& other) const {
-        return seconds_ == other.seconds_ && nanoseconds_ == other.nanoseconds_;
-    }
+    bool operator>=(const TimeValue& other) const { return !(*this < other); }
+    bool operator<(const TimeValue& other) const { return Ordinal() < other.Ordinal(); }
+    bool operator==(const TimeValue& other) const { return Ordinal() == other.Ordinal(); }
 
 private:
+    // One number to compare: the queue of timers does little else.
+    int64_t Ordinal() const { return int64_t{seconds_} * (int64_t{1} << 32) + nanoseconds_; }
+
     int32_t seconds_ = 0;
     int32_t nanoseconds_ = 0;
 };
