@@ -37,7 +37,8 @@ private:
     };
 
     static void Add(Timer& timer, uint32_t milliseconds) {
-        const timeval wait = {milliseconds / 1000, milliseconds % 1000 * 1000};
+        const timeval wait = {milliseconds / 1000,
+                              static_cast<suseconds_t>(milliseconds % 1000) * 1000};
         (void)evtimer_add(&timer.event, &wait);
     }
     static void Fire(evutil_socket_t, short, void* timer) {

@@ -1,3 +1,5 @@
+#include <array>
+
 #include "bench/core/Contest.h"
 #include "bench/core/CoreMeasurements.h"
 #include "bench/core/PlainOptions.h"
@@ -119,14 +121,14 @@ void MeasureMerge(OptionsRows& rows, const std::string& figure, const Json::Valu
 
 void MeasureLookup(OptionsRows& rows, const Json::Value& document) {
     constexpr int kTimes = 1000;
-    std::vector<std::string> names;
-    std::vector<Quenda::OptionsPath> paths;
-    names.reserve(3 * kBranches);
+    std::vector<std::array<std::string, 3>> names;
     for (uint32_t i = 0; i < kBranches; ++i) {
-        names.push_back(Name("interface", i));
-        names.push_back(Name("section", (i * 3) % kBranches));
-        names.push_back(Name("option", (i * 7) % kBranches));
-        paths.push_back({names[3 * i].c_str(), names[3 * i + 1].c_str(), names[3 * i + 2].c_str()});
+        names.push_back({Name("interface", i), Name("section", i * 3 % kBranches),
+                         Name("option", i * 7 % kBranches)});
+    }
+    std::vector<Quenda::OptionsPath> paths;
+    for (const auto& [first, second, third] : names) {
+        paths.push_back({first.c_str(), second.c_str(), third.c_str()});
     }
     const Quenda::OptionsNode node(&document);
     const auto ours = [&] {

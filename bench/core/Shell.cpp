@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kCommand[] = "head -c 262144 /dev/zero";
 constexpr size_t kPrinted = 262144;
-constexpr size_t kProcessBytes = 10 * 1000 * 1000;
+constexpr size_t kProcessBytes = 10'000'000;
 constexpr int kRounds = 201;
 
 // A fork copies what the process has in memory: bring it to the size that is asked for.
