@@ -7,10 +7,18 @@ target_compile_options(keldra_options INTERFACE
 # strptime, daemon, CLOCK_MONOTONIC_RAW and friends without the compiler's language extensions.
 target_compile_definitions(keldra_options INTERFACE _GNU_SOURCE)
 
+# A 32-bit time_t ends in 2038 and a 32-bit off_t at 2 GB: both have 64 bits wherever the program
+# runs, in third-party code as well.
+add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
 # Unused functions leave the binary; no path of the building machine enters it.
 add_compile_options(-ffunction-sections -fdata-sections
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
 add_link_options(-Wl,--gc-sections -Wl,--as-needed)
+
+if(KELDRA_LTO)
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+endif()
 
 if(KELDRA_SANITIZE)
   add_compile_options(-fsanitize=${KELDRA_SANITIZE} -fno-sanitize-recover=all
