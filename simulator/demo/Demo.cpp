@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "simulator/Emulation.h"
 #include "simulator/Faults.h"
 #include "simulator/Namespaces.h"
 #include "simulator/SimulatedTerminal.h"
@@ -23,24 +24,26 @@ using namespace Simulator;
 
 constexpr char kUsage[] =
     "usage: %s [--interactive] [--keldra PATH] [--heartbeat SECONDS] [--times FILE]\n"
+    "     [--target DIRECTORY]\n"
     "  --interactive        cause faults by key or command instead of watching the story\n"
     "  --keldra PATH        supervise this program instead of the stand-in\n"
     "  --heartbeat SECONDS  heartbeat timeout (1)\n"
-    "  --times FILE         write the measured times, separated by tabs\n";
+    "  --times FILE         write the measured times, separated by tabs\n"
+    "  --target DIRECTORY   run the daemon that was built there for the board, in an emulator\n";
 
 struct Arguments {
     bool interactive = false;
     std::string keldra;
     unsigned heartbeat = 1;
     std::string times;
+    std::string target;
 };
 
 bool Parse(int argc, char** argv, Arguments* arguments) {
-    static const option kOptions[] = {{"interactive", no_argument, nullptr, 'i'},
-                                      {"keldra", required_argument, nullptr, 'k'},
-                                      {"heartbeat", required_argument, nullptr, 'h'},
-                                      {"times", required_argument, nullptr, 't'},
-                                      {nullptr, 0, nullptr, 0}};
+    static const option kOptions[] = {
+        {"interactive", no_argument, nullptr, 'i'},     {"keldra", required_argument, nullptr, 'k'},
+        {"heartbeat", required_argument, nullptr, 'h'}, {"times", required_argument, nullptr, 't'},
+        {"target", required_argument, nullptr, 'b'},    {nullptr, 0, nullptr, 0}};
     int option = 0;
     while ((option = getopt_long(argc, argv, "", kOptions, nullptr)) != -1) {
         switch (option) {
@@ -56,6 +59,9 @@ bool Parse(int argc, char** argv, Arguments* arguments) {
             case 't':
                 arguments->times = optarg;
                 break;
+            case 'b':
+                arguments->target = optarg;
+                break;
             default:
                 return false;
         }
@@ -69,6 +75,9 @@ TerminalOptions Describe(const Arguments& arguments) {
     options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
     options.standInDirectory = here;
     options.keldraProgram = arguments.keldra;
+    if (!arguments.target.empty()) {
+        UseTargetDaemon(arguments.target, &options);
+    }
     return options;
 }
 

@@ -11,6 +11,7 @@
 
 #include "tests/support/Descriptors.h"
 #include "tests/support/NamedProcess.h"
+#include "tests/support/TempDir.h"
 
 namespace Monitor {
 
@@ -101,6 +102,17 @@ TEST_F(ProcessesByNameTest, FirstAndOtherFollowTheDirectory) {
     ASSERT_EQ(pids_.size(), 2U);
     EXPECT_EQ(FindProcessId(name_), pids_[0]);
     EXPECT_EQ(FindOtherProcessId(name_), pids_[0]);  // the caller has another name
+}
+
+// An emulator of another processor makes up the stat file of its own process, with a digit for
+// the state: the caller cannot find itself there.
+#define SKIP_IN_EMULATOR()                                                   \
+    if (ReadFile("/proc/self/stat").find(") 0 ") != std::string::npos) {     \
+        GTEST_SKIP() << "the emulator makes up the own process's stat file"; \
+    }
+
+TEST_F(ProcessesByNameTest, CallerIsFoundButNotAsAnother) {
+    SKIP_IN_EMULATOR();
     char before[16] = "";
     prctl(PR_GET_NAME, before);
     const std::string single = OwnName("single");
@@ -111,6 +123,7 @@ TEST_F(ProcessesByNameTest, FirstAndOtherFollowTheDirectory) {
 }
 
 TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
+    SKIP_IN_EMULATOR();
     NamedProcess a(own_);
     NamedProcess b(own_);
     const std::string bystander = OwnName("other");

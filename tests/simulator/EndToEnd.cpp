@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "simulator/Emulation.h"
 #include "simulator/Namespaces.h"
 
 using namespace Simulator;
@@ -43,6 +44,9 @@ void EndToEnd::TearDown() {
 void EndToEnd::PowerOn(TerminalOptions options) {
     options.monitorProgram = MONITOR_PROGRAM;
     options.standInDirectory = STAND_IN_DIRECTORY;
+    if (const char* const target = getenv("KELDRA_TARGET_BUILD")) {
+        UseTargetDaemon(target, &options);
+    }
     terminal_ = std::make_unique<SimulatedTerminal>(options);
     std::string reason;
     ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;
