@@ -6,6 +6,8 @@
 
 namespace Quenda {
 
+static_assert(sizeof(time_t) == 8, "build with _TIME_BITS=64: 32 bits end in 2038");
+
 const char* defaultTimeFormat = "%FT%T%Z";
 
 namespace {
