@@ -57,7 +57,7 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
 
 TEST(ProcessLookupTest, ReadsRealProcessesWithHostileNames) {
     const auto before = OpenDescriptors();
-    for (const char* prefix : {"kt", "k t", "k(t", "k\nt", "15_bytes"}) {
+    for (const char* prefix : {"kt", "k t", "k(t", "k\nt", "k\xe9t", "15_bytes"}) {
         const std::string given = OwnName(prefix);
         const NamedProcess process(given);
         char name[kProcessNameSize] = "";
