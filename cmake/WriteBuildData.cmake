@@ -33,7 +33,9 @@ endif()
 
 run(compiler "unknown" ${COMPILER} --version)
 if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  # A reproducible build carries nothing of the machine, the account or the hour.
+  # A reproducible build carries nothing of the machine, the account or the hour; and a commit is
+  # the same on every branch.
+  set(branch "reproducible")
   set(user "reproducible")
   set(host "reproducible")
   set(kernel "reproducible")

@@ -36,8 +36,14 @@ void AddMachineParts(RootBuilder* root) {
 void AddTerminalParts(const TerminalOptions& options, RootBuilder* root) {
     const std::string standIns = options.standInDirectory + "/";
     const std::string& keldra = options.keldraProgram;
+    const std::string& package = options.packageDirectory;
     root->Directory("/usr/sbin");
-    root->Copy(options.monitorProgram, kMonitorProgram);
+    root->Copy(package.empty() ? options.monitorProgram : package + kMonitorProgram,
+               kMonitorProgram);
+    if (!package.empty()) {
+        root->Cover(package, "/etc/init.d");
+        root->Cover(package, "/etc/default");
+    }
     root->Copy(keldra.empty() ? standIns + "stand_in_keldra" : keldra, kKeldraProgram);
     root->Copy(standIns + "stand_in_sshd", "/usr/sbin/sshd");
     root->Copy(standIns + "service", "/usr/sbin/service");

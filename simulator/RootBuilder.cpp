@@ -97,11 +97,15 @@ void RootBuilder::Share(const std::string& path) {
         return;
     }
     Directory(path);
-    const std::string target = At(path);
-    Check(Ok() && mount(path.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0,
-          "share", path);
+    Bind(path, path);
+}
+
+void RootBuilder::Bind(const std::string& host, const std::string& inside) {
+    const std::string target = At(inside);
+    Check(Ok() && mount(host.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0,
+          "share", host);
     const unsigned long flags = MS_REMOUNT | MS_BIND | MS_RDONLY | MountFlags(target);
-    Check(Ok() && mount(nullptr, target.c_str(), nullptr, flags, nullptr) == 0, "protect", path);
+    Check(Ok() && mount(nullptr, target.c_str(), nullptr, flags, nullptr) == 0, "protect", inside);
 }
 
 void RootBuilder::ShareEntries(const std::string& path, const std::string& butNot) {
@@ -111,6 +115,10 @@ void RootBuilder::ShareEntries(const std::string& path, const std::string& butNo
             Share(entry.path());
         }
     }
+}
+
+void RootBuilder::Cover(const std::string& tree, const std::string& path) {
+    Bind(tree + path, path);
 }
 
 void RootBuilder::Proc() {

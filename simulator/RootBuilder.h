@@ -26,6 +26,8 @@ public:
     void Share(const std::string& path);
     // The same for every entry of a directory but one.
     void ShareEntries(const std::string& path, const std::string& butNot);
+    // Covers a directory that is there with the one of the same path in a tree of the machine.
+    void Cover(const std::string& tree, const std::string& path);
     void Proc();
 
     // Makes the new root the root of this mount namespace and lets go of the old one.
@@ -35,6 +37,7 @@ public:
 
 private:
     std::string At(const std::string& inside) const;
+    void Bind(const std::string& host, const std::string& inside);
     bool Ok() const { return error_.empty(); }
     void Check(bool done, const char* what, const std::string& path);
 

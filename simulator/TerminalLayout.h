@@ -32,7 +32,10 @@ constexpr char kLedFails[] = "/run/simulator/led.fails";
 
 // What the simulated terminal is made of; paths are the machine's.
 struct TerminalOptions {
-    std::string monitorProgram;    // the daemon
+    std::string monitorProgram;  // the daemon
+    // A package of the daemon, unpacked: its program is used in place of monitorProgram, and its
+    // /etc/init.d and /etc/default instead of the machine's. Empty for none.
+    std::string packageDirectory;
     std::string standInDirectory;  // the programs and scripts that stand in for the terminal's
     std::string keldraProgram;     // empty for the stand-in
     unsigned keldraPeriodMs = 100;

@@ -1,0 +1,62 @@
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "tests/simulator/EndToEnd.h"
+
+using namespace Simulator;
+
+class EndToEndPackageTest : public EndToEnd {
+protected:
+    void Service(const std::string& action, int status, const std::string& text) {
+        std::vector<std::string> command = terminal_->MonitorCommand({action});
+        *(command.end() - 2) = "/etc/init.d/keldra-monitor";
+        const CommandResult result = terminal_->Run(command);
+        EXPECT_EQ(result.status, W_EXITCODE(status, 0)) << action << ": " << result.output;
+        EXPECT_NE(result.output.find(text), std::string::npos) << action << ": " << result.output;
+    }
+};
+
+TEST_F(EndToEndPackageTest, EverythingHasItsRightsAndNothingActsByItself) {
+    for (const char* check :
+         {"dpkg-deb -c $P | grep -c '^-rwxr-xr-x .* ./\\(usr/sbin\\|etc/init.d\\)/' | grep -qx 2",
+          "! dpkg-deb -c $P | grep -v '^[-d]rw[-x]r-[-x]r-[-x] root/root '",
+          "dpkg-deb -f $P Depends | grep -q 'libc6 (>= 2[.][0-9]*), .*libstdc++6 (>= [0-9]'",
+          "! dpkg-deb -I $P | grep -E ' (pre|post)(inst|rm) '"}) {
+        EXPECT_EQ(std::system((std::string("P=" PACKAGE_FILE "; ") + check).c_str()), 0) << check;
+    }
+}
+
+TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
+    TerminalOptions options;
+    options.packageDirectory = files_.File("package");
+    // The script's shell would keep the library for itself: it comes from the daemon's settings.
+    options.monitorWrapper = "/usr/bin/env";
+    const std::string unpack = "dpkg-deb -x " PACKAGE_FILE " $D && mkdir $D/etc/default";
+    ASSERT_EQ(std::system(("D=" + options.packageDirectory + "; " + unpack).c_str()), 0);
+    const char* const settings = "package/etc/default/keldra_monitor";
+    files_.Write(settings, std::string("KELDRA_MONITOR_OPTIONS='-t 1 -X 50'\nexport LD_PRELOAD=") +
+                               kRedirectLibrary);
+    PowerOn(options);
+    Service("status", 3, "keldra_monitor is not running.\n");
+    Service("stop", 0, "keldra_monitor is not running.\n");
+    Service("force-reload", 0, "");
+    Service("start", 0, "keldra_monitor has been started.\n");
+    ExpectLog("Keldra started responding again after");
+    const pid_t first = Only("keldra_monitor");
+    Service("start", 0, "keldra_monitor is already running.\n");
+    EXPECT_EQ(Only("keldra_monitor"), first);
+    Service("status", 0, "Keldra State:   Keldra_Up_And_Okay\n");
+    // A predecessor that takes its time is waited for.
+    ASSERT_TRUE(terminal_->Signal(first, SIGSTOP));
+    (void)terminal_->Run({"/bin/sh", "-c", "(sleep 1; kill -CONT $0) &", std::to_string(first)});
+    Service("restart", 0, "keldra_monitor has been started.\n");
+    EXPECT_NE(Only("keldra_monitor"), first);
+    Service("stop", 0, "unless a\nmonitor is started within 300 seconds, the terminal reboots");
+    EXPECT_EQ(LogLines("shutting down gracefully in response to signal 15"), 2);
+    EXPECT_TRUE(Becomes([&] { return terminal_->Processes("keldra_monitor").empty(); }));
+    files_.Write(settings, "KELDRA_MONITOR_OPTIONS=-Z\n");
+    Service("start", 1, "keldra_monitor does not run: the lines above");
+    Service("reload", 2, "Usage: ");
+}
