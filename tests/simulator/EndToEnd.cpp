@@ -44,7 +44,8 @@ void EndToEnd::TearDown() {
 void EndToEnd::PowerOn(TerminalOptions options) {
     options.monitorProgram = MONITOR_PROGRAM;
     options.standInDirectory = STAND_IN_DIRECTORY;
-    if (const char* const target = getenv("KELDRA_TARGET_BUILD")) {
+    const char* const target = getenv("KELDRA_TARGET_BUILD");
+    if (target != nullptr && options.packageDirectory.empty()) {
         UseTargetDaemon(target, &options);
     }
     terminal_ = std::make_unique<SimulatedTerminal>(options);

@@ -33,8 +33,13 @@ TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
     options.packageDirectory = files_.File("package");
     // The script's shell would keep the library for itself: it comes from the daemon's settings.
     options.monitorWrapper = "/usr/bin/env";
-    const std::string unpack = "dpkg-deb -x " PACKAGE_FILE " $D && mkdir $D/etc/default";
-    ASSERT_EQ(std::system(("D=" + options.packageDirectory + "; " + unpack).c_str()), 0);
+    // Installed by dpkg, as root at least of a namespace, in a root that has nothing else.
+    const std::string install =
+        "mkdir -p $D/etc/default $D/var/lib/dpkg/info $D/var/lib/dpkg/updates && "
+        "touch $D/var/lib/dpkg/status && PATH=$PATH:/usr/sbin:/sbin && "
+        "$([ $(id -u) = 0 ] || echo unshare -r) dpkg --root=$D --force-depends -i " PACKAGE_FILE
+        " >$D/log 2>&1 || { cat $D/log; false; }";
+    ASSERT_EQ(std::system(("D=" + options.packageDirectory + "; " + install).c_str()), 0);
     const char* const settings = "package/etc/default/keldra_monitor";
     files_.Write(settings, std::string("KELDRA_MONITOR_OPTIONS='-t 1 -X 50'\nexport LD_PRELOAD=") +
                                kRedirectLibrary);
