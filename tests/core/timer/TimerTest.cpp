@@ -94,6 +94,27 @@ TEST_F(TimerTest, CallbackMayStopRestartDestroyOrAddOthers) {
     EXPECT_EQ(journal_, "am");
 }
 
+TEST_F(TimerTest, RemovalFindsATimerByItsExpiryHoweverOftenItIsQueued) {
+    struct Moving : Shot {
+        using Shot::Shot;
+        const TimeValue& Expiry() const override { return at; }
+        TimeValue at = {5, 0};
+    } timer("t");
+    TimeKeeper other;
+    for (TimeKeeper* keeper : {&keeper_, &keeper_, &other}) {
+        keeper->AddTimer(&timer);
+    }
+    timer.at = {6, 0};
+    keeper_.RemoveTimer(&timer);
+    EXPECT_EQ(keeper_.ActiveCount(), 2U) << "not queued under this expiry";
+    timer.at = {5, 0};
+    other.RemoveTimer(&timer);
+    EXPECT_TRUE(other.IsEmpty());
+    keeper_.RemoveTimer(&timer);
+    EXPECT_EQ(keeper_.ActiveCount(), 1U);
+    keeper_.RemoveTimer(&timer);
+}
+
 TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {
     const std::pair<unsigned int, unsigned int> cases[] = {
         {0, 1}, {1, 1}, {3, 1}, {1000, 500}, {UINT32_MAX, INT_MAX}};
