@@ -59,6 +59,7 @@ public:
     // Fires every timer that is due.
     virtual void ProcessExpired() = 0;
     virtual bool IsEmpty() const = 0;
+    // Of the timers in the queue: one whose callback runs right now is not among them.
     virtual size_t ActiveCount() const = 0;
     virtual void ResetExpiredCount() = 0;
     virtual void Dump(Writable* out) const = 0;

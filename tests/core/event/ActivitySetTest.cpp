@@ -14,14 +14,15 @@ namespace {
 class ActivitySetTest : public testing::Test {
 protected:
     struct Work {
-        Work(std::string& journal, const char* name)
-            : call([this, &journal, name](int argument) {
-                  journal += name + std::to_string(argument);
-                  return action();
-              }),
-              hold(std::make_unique<ActivityHold>(&call, name)) {}
+        Work(std::string& journal, const char* name) {
+            const auto call = [this, &journal, name](int argument) {
+                journal += name + std::to_string(argument);
+                return action();
+            };
+            hold = std::make_unique<ActivityHold>(
+                ActivityHold::CallbackHandle(new CallbackTo<bool(int)>(call)), name);
+        }
         std::function<bool()> action = [] { return true; };
-        CallbackTo<bool(int)> call;
         std::unique_ptr<ActivityHold> hold;
     };
 

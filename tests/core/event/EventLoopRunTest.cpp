@@ -24,8 +24,8 @@ protected:
     ~EventLoopRunTest() override { kernelWait = nullptr; }
     std::string Run() {
         Capture capture(STDERR_FILENO);
-        loop_.Run();
-        return capture.Stop();
+        const bool isSound = loop_.Run();
+        return capture.Stop() + (isSound ? "sound" : "");
     }
     // The time-out of the only wait of a run.
     int TimeoutMs() {
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(EventLoopRunTest, TurnIsHandlersTimersActivitiesUntilTheDescriptorIsClosed) {
+TEST_F(EventLoopRunTest, TurnIsHandlersTimersActivitiesUntilItIsStoppedOrItsDescriptorClosed) {
     std::string journal;
     EventHandler handler("h");
     PeriodicTimer timer("t", TimerBase::Callback(new CallbackTo<void(unsigned int, void*)>(
@@ -47,11 +47,13 @@ TEST_F(EventLoopRunTest, TurnIsHandlersTimersActivitiesUntilTheDescriptorIsClose
         journal += "h";
         timer.Start(0, UINT32_MAX);
         loop_.AddActivity(&hold);
-        close(epollFd_);
+        loop_.Stop();
     };
     loop_.AddHandler(&handler);
-    EXPECT_EQ(Run(), kEnd);
+    EXPECT_EQ(Run(), "EventLoop terminated\nsound");
     EXPECT_EQ(journal, "hta");
+    handler.onRead = [this] { close(epollFd_); };
+    EXPECT_EQ(Run(), kEnd);
 }
 
 TEST_F(EventLoopRunTest, OnlyABadDescriptorEndsItAndOtherErrorsAreLoggedEachTime) {
