@@ -52,6 +52,15 @@ TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
     }
 }
 
+TEST_F(ValueListTest, NumbersAreConvertedToTheKind) {
+    for (const char* name : {"file", "limit", "mask", "ratio"}) {
+        list_.Find(name)->SetFromNumber(-3000000000.5);
+    }
+    EXPECT_EQ(Console({}),
+              "file = \"-3000000000.5\"\nlimit = -2147483648\nmask = 2147483648\n"
+              "ratio = -3000000000.500000\n");
+}
+
 TEST_F(ValueListTest, LoadTakesPresentTextsAndDefaultsForTheRest) {
     OptionsNodeEdit options;
     EXPECT_TRUE(options.SetLeaf("file", "/y", nullptr) && options.SetLeaf("mask", "", nullptr));
