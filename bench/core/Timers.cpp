@@ -15,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 constexpr size_t kNumbers[] = {1, 100, 10000, 100000};
 constexpr size_t kOperations = 10000;  // of arming in one round
 constexpr int kRearmRounds = 41;
-constexpr size_t kLibevent = 1;        // in the list of contenders
+constexpr size_t kLibevent = 1;  // in the list of contenders
 constexpr size_t kLibuv = 2;
 
 // Waits far from now, so that none of these timers is ever due.

@@ -22,7 +22,7 @@ public:
     TimerTkIntf() = default;
     // A copy is not queued.
     TimerTkIntf(const TimerTkIntf& /*other*/) {}
-    TimerTkIntf& operator=(const TimerTkIntf& /*other*/) { return *this; }
+    TimerTkIntf& operator=(const TimerTkIntf&) = delete;
     virtual ~TimerTkIntf() = default;
     // Zero when it has expired, never negative.
     virtual TimeValue TimeRemaining(const TimeValue& now) const = 0;
