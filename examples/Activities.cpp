@@ -38,6 +38,6 @@ int main() {
     if (!loop.Init()) {
         return EXIT_FAILURE;
     }
-    const Summing summing(loop);
+    Summing summing(loop);
     return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -32,6 +32,6 @@ int main() {
     if (!loop.Init()) {
         return EXIT_FAILURE;
     }
-    const Beacon beacon;
+    Beacon beacon;
     return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
