@@ -9,7 +9,7 @@ namespace {
 
 class Summing {
 public:
-    explicit Summing(Quenda::EventLoop& loop) { (void)loop.AddActivity(&hold_); }
+    explicit Summing(Quenda::EventLoop& loop) : loop_(loop) { (void)loop.AddActivity(&hold_); }
 
 private:
     // True when the job is done; false asks for another call on the loop's next turn.
@@ -21,13 +21,14 @@ private:
         if (last_ < 30) {
             return false;
         }
-        std::exit(EXIT_SUCCESS);
+        loop_.Stop();
+        return true;
     }
 
+    Quenda::EventLoop& loop_;
     int last_ = 0;
     int sum_ = 0;
-    Quenda::MemberCallback<Summing, bool(int)> callback_{this, &Summing::AddTenMore};
-    Quenda::ActivityHold hold_{&callback_, "summing"};
+    Quenda::ActivityHold hold_{Quenda::MakeCallback(this, &Summing::AddTenMore), "summing"};
 };
 
 }  // namespace
@@ -37,7 +38,6 @@ int main() {
     if (!loop.Init()) {
         return EXIT_FAILURE;
     }
-    const Summing summing(loop);
-    loop.Run();
-    return EXIT_FAILURE;  // only when the loop broke down
+    Summing summing(loop);
+    return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -3,9 +3,8 @@
 
 #include <cstdio>
 
-using Quenda::CallbackRef1;
-using Quenda::GlobalCallback1;
-using Quenda::MemberCallback;
+using Quenda::CallbackRef;
+using Quenda::MakeCallback;
 
 namespace {
 
@@ -25,11 +24,10 @@ private:
 
 int main() {
     Counter counter;  // outlives the callback that calls it
-    CallbackRef1<bool> callback(new GlobalCallback1<bool>(PrintLock));
-    const CallbackRef1<bool> copy = callback;  // two owners
+    CallbackRef<void(bool)> callback = MakeCallback(PrintLock);
+    const CallbackRef<void(bool)> copy = callback;  // two owners
     callback->Invoke(true);
-    callback =
-        CallbackRef1<bool>(new MemberCallback<Counter, void(bool)>(&counter, &Counter::Count));
+    callback = MakeCallback(&counter, &Counter::Count);
     callback->Invoke(false);
     copy->Invoke(false);  // the first object still lives: the copy owns it
     callback.Release();

@@ -18,11 +18,12 @@ public:
     void HandleRead() override {
         char text[64];
         const ssize_t length = read(Fd(), text, sizeof(text));
-        if (length <= 0) {
-            std::puts("end of the pipe");
-            std::exit(length == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
+        if (length > 0) {
+            std::printf("read \"%.*s\"\n", static_cast<int>(length), text);
+        } else {
+            std::puts(length == 0 ? "end of the pipe" : "cannot read the pipe");
+            Quenda::EventLoop::Instance().Stop();
         }
-        std::printf("read \"%.*s\"\n", static_cast<int>(length), text);
     }
     void HandleWrite() override {}
 };
@@ -39,6 +40,5 @@ int main() {
     if (!loop.AddHandler(&reader) || write(ends[1], "ping", 4) != 4 || close(ends[1]) != 0) {
         return EXIT_FAILURE;
     }
-    loop.Run();
-    return EXIT_FAILURE;  // only when the loop broke down
+    return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -17,15 +17,12 @@ private:
         std::printf("beat %d\n", ++beats_);
         if (beats_ == 3) {
             timer_.Stop();
-            std::exit(EXIT_SUCCESS);
+            Quenda::EventLoop::Instance().Stop();
         }
     }
 
-    using Callback = Quenda::MemberCallback2<Beacon, unsigned int, void*>;
-
     int beats_ = 0;
-    Quenda::PeriodicTimer timer_{
-        "beacon", Quenda::TimerBase::Callback(new Callback(this, &Beacon::OnTimeout))};
+    Quenda::PeriodicTimer timer_{"beacon", Quenda::MakeCallback(this, &Beacon::OnTimeout)};
 };
 
 }  // namespace
@@ -35,7 +32,6 @@ int main() {
     if (!loop.Init()) {
         return EXIT_FAILURE;
     }
-    const Beacon beacon;
-    loop.Run();
-    return EXIT_FAILURE;  // only when the loop broke down
+    Beacon beacon;
+    return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

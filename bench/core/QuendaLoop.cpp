@@ -11,7 +11,7 @@ namespace Bench {
 
 namespace {
 
-// Thrown by a handler: what it throws leaves EventLoop::Run, which nothing else ends in peace.
+// Thrown by a handler to leave EventLoop::Run, whose regular end writes to the log.
 struct LastCall {};
 
 class Handler : public Quenda::FileDescriptorHandler {

@@ -33,8 +33,7 @@ private:
 
 class Set : public TimerSet {
 public:
-    Set(size_t count, TimerKind kind)
-        : callback_(new Quenda::MemberCallback2<Set, unsigned int, void*>(this, &Set::Count)) {
+    Set(size_t count, TimerKind kind) : callback_(Quenda::MakeCallback(this, &Set::Count)) {
         (void)loop_.Init();
         for (size_t i = 0; i < count; ++i) {
             timers_.emplace_back(kind, callback_);

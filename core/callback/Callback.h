@@ -110,6 +110,20 @@ private:
     Buffer* buffer_ = nullptr;
 };
 
+// The callback that calls a function, or a member function of an object, which must outlive it;
+// with the first handle to it.
+template <typename Result, typename... Arguments>
+CallbackRef<Result(Arguments...)> MakeCallback(Result (*function)(Arguments...)) {
+    using Signature = Result(Arguments...);
+    return CallbackRef<Signature>(new GlobalCallback<Signature>(function));
+}
+template <typename Object, typename T, typename Result, typename... Arguments>
+CallbackRef<Result(Arguments...)> MakeCallback(Object* object,
+                                               Result (T::*function)(Arguments...)) {
+    using Signature = Result(Arguments...);
+    return CallbackRef<Signature>(new MemberCallback<T, Signature>(object, function));
+}
+
 // The shapes in use, by their number of arguments.
 template <typename A>
 using CallbackBuffer1 = CallbackBuffer<void(A)>;

@@ -12,6 +12,9 @@ namespace Quenda {
 ActivityHold::ActivityHold(Callback* callback, SharedText name)
     : callback_(callback), name_(std::move(name)) {}
 
+ActivityHold::ActivityHold(CallbackHandle callback, SharedText name)
+    : callback_(callback.Get()), kept_(std::move(callback)), name_(std::move(name)) {}
+
 ActivityHold::~ActivityHold() {
     if (links.list != nullptr) {
         owner_->Remove(this);
@@ -59,6 +62,8 @@ bool ActivitySet::Run(int argument) {
     bool result = true;
     while (!current_->IsEmpty()) {
         ActivityHold* const hold = current_->Head();
+        // The callback outlives its own invocation, even if that destroys the hold.
+        const ActivityHold::CallbackHandle kept = hold->kept_;
         result = hold->callback_ == nullptr || hold->callback_->Invoke(argument);
         // Compared as an address only: the callback may have destroyed the hold.
         if (current_->Head() != hold) {

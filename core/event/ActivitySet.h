@@ -17,10 +17,13 @@ class ActivityHold {
 public:
     // True when the work is done; false to be called again on the next pass.
     using Callback = CallbackBuffer<bool(int)>;
+    using CallbackHandle = CallbackRef<bool(int)>;
 
     // The callback is not owned, must outlive the hold, and may be null: such a hold is done as
     // soon as it is run.
     explicit ActivityHold(Callback* callback, SharedText name = SharedText());
+    // Keeps a reference to the callback.
+    explicit ActivityHold(CallbackHandle callback, SharedText name = SharedText());
     ActivityHold(const ActivityHold&) = delete;
     ActivityHold& operator=(const ActivityHold&) = delete;
     ~ActivityHold();
@@ -35,6 +38,7 @@ private:
     friend class ActivitySet;
 
     Callback* callback_;
+    CallbackHandle kept_;  // empty for a callback that is not owned
     SharedText name_;
     ActivitySet* owner_ = nullptr;
 };

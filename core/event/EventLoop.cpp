@@ -116,14 +116,16 @@ void EventLoop::SetWaitSignalMask(const sigset_t& mask) {
     hasWaitSignalMask_ = true;
 }
 
-void EventLoop::Run() {
+bool EventLoop::Run() {
     terminate_ = false;
+    bool isSound = true;
     while (!terminate_) {
-        WaitAndDispatch(false);
+        isSound = WaitAndDispatch(false);
         timeKeeper_->ProcessExpired();
         activities_->Run(0);
     }
     LogError("EventLoop terminated\n");
+    return isSound;
 }
 
 bool EventLoop::Poll() {

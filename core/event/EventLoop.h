@@ -48,9 +48,11 @@ public:
     // instead of a wait for which there was no need: `mask` is then in force, not the process's.
     void SetWaitSignalMask(const sigset_t& mask);
 
-    // Runs until epoll reports that its own descriptor is no longer valid. A signal ends a wait
-    // early, which is harmless.
-    void Run();
+    // Runs until it is stopped, or until epoll reports that its own descriptor is no longer valid:
+    // only then false. Either end is logged. A signal ends a wait early, which is harmless.
+    bool Run();
+    // For a callback: ends `Run` after this turn, whose timers and activities still get their pass.
+    void Stop() { terminate_ = true; }
     // Dispatches what is ready now, without waiting; runs neither timers nor activities.
     // False when the loop cannot go on.
     bool Poll();
@@ -59,7 +61,7 @@ public:
     void DumpHandlers(Writable* out) const;
     // The console's command for the loop: "fd", "timer", "act", "sleep MS", or nothing for all.
     // Does nothing when `out` is null.
-    void DebugCommand(Writable* out, int argc, const char** argv);
+    void DebugCommand(Writable* out, int argc, const char* const* argv);
 
     // Whether an error of the wait ends the loop (errno values).
     static bool IsFatalError(int error);

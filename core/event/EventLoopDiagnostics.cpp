@@ -41,7 +41,7 @@ void EventLoop::DumpHandlers(Writable* out) const {
     }
 }
 
-void EventLoop::DebugCommand(Writable* out, int argc, const char** argv) {
+void EventLoop::DebugCommand(Writable* out, int argc, const char* const* argv) {
     if (out == nullptr) {
         return;
     }

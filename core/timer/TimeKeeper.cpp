@@ -1,5 +1,8 @@
 #include "core/timer/TimeKeeper.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/output/Writable.h"
 
 namespace Quenda {
@@ -10,31 +13,47 @@ TimeKeeper& TimeKeeper::Instance() {
 }
 
 void TimeKeeper::AddTimer(TimerTkIntf* timer) {
-    if (timer == unqueued_) {
-        unqueued_ = nullptr;
+    const auto place = Insert(timer);
+    if (timer->keeper_ == nullptr) {
+        timer->keeper_ = this;
+        timer->place_ = place;
+    } else {
+        ++unplaced_;
     }
-    // Most timers are armed for one period on, after all others: look there first. Among equal
-    // expiries, too, a timer comes last.
+}
+
+// Most timers are armed for one period on, after all others: looks there first. Among equal
+// expiries, too, a timer comes last.
+TimerQueue::iterator TimeKeeper::Insert(TimerTkIntf* timer) {
     if (spare_.empty()) {
-        queue_.emplace_hint(queue_.end(), timer->Expiry(), timer);
-        return;
+        return queue_.emplace_hint(queue_.end(), timer->Expiry(), timer);
     }
     spare_.key() = timer->Expiry();
     spare_.mapped() = timer;
-    queue_.insert(queue_.end(), std::move(spare_));
+    return queue_.insert(queue_.end(), std::move(spare_));
 }
 
 void TimeKeeper::RemoveTimer(TimerTkIntf* timer) {
-    if (timer == unqueued_) {
-        return;
-    }
-    const TimeValue expiry = timer->Expiry();
-    for (auto it = queue_.lower_bound(expiry); it != queue_.end() && it->first == expiry; ++it) {
-        if (it->second == timer) {
-            spare_ = queue_.extract(it);
-            return;
+    if (timer->keeper_ == this && timer->place_->first == timer->Expiry()) {
+        TakeOut(timer->place_);
+    } else if (unplaced_ != 0) {
+        const auto [first, last] = queue_.equal_range(timer->Expiry());
+        const auto found = std::find_if(
+            first, last, [timer](const auto& element) { return element.second == timer; });
+        if (found != last) {
+            TakeOut(found);
         }
     }
+}
+
+void TimeKeeper::TakeOut(TimerQueue::iterator place) {
+    TimerTkIntf* const timer = place->second;
+    if (timer->keeper_ == this) {
+        timer->keeper_ = nullptr;  // also when the note is of another element, which now has none
+    } else {
+        --unplaced_;
+    }
+    spare_ = queue_.extract(place);
 }
 
 TimeValue TimeKeeper::TimeToNext() const {
@@ -55,8 +74,7 @@ void TimeKeeper::ProcessExpired(TimeValue now) {
             return;
         }
         // Out of the queue before it runs: the callback may do anything to its own timer.
-        spare_ = queue_.extract(queue_.begin());
-        unqueued_ = timer;
+        TakeOut(queue_.begin());
         timer->Expire(now);
         ++expiredCount_;
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 
 #include "core/timer/TimerIntf.h"
 
@@ -32,16 +31,17 @@ public:
     void Dump(Writable* out) const override;
 
 private:
-    using Queue = std::multimap<TimeValue, TimerTkIntf*>;
+    TimerQueue::iterator Insert(TimerTkIntf* timer);
+    void TakeOut(TimerQueue::iterator place);
 
     uint32_t expiredCount_ = 0;
-    Queue queue_;
+    TimerQueue queue_;
     // The last element taken out of the queue, kept for the next timer that is armed: a timer
     // that is re-armed costs no allocation.
-    Queue::node_type spare_;
-    // The last timer that was due, until it is armed again: it need not be looked for among the
-    // others of its expiry, of which there may be many. Only compared, it may be destroyed.
-    const TimerTkIntf* unqueued_ = nullptr;
+    TimerQueue::node_type spare_;
+    // Elements without a note in their timer, because it was queued already, here or in another
+    // manager. None of ours is; only while there are any, timers are searched for.
+    size_t unplaced_ = 0;
 };
 
 }  // namespace Quenda

@@ -31,8 +31,11 @@ TimeValue::TimeValue(int32_t seconds, int32_t nanoseconds) {
         nanoseconds += kNanosecondsPerSecond;
         --total;
     }
-    seconds_ = WrapSeconds(total);
-    nanoseconds_ = nanoseconds;
+    Set(total, nanoseconds);
+}
+
+void TimeValue::Set(int64_t seconds, int32_t nanoseconds) {
+    ordinal_ = int64_t{WrapSeconds(seconds)} * (int64_t{1} << 32) + nanoseconds;
 }
 
 TimeValue TimeValue::Now() {
@@ -48,15 +51,15 @@ TimeValue TimeValue::Resolution() {
 }
 
 int64_t TimeValue::Milliseconds() const {
-    return int64_t{seconds_} * 1000 + nanoseconds_ / kNanosecondsPerMillisecond;
+    return int64_t{Seconds()} * 1000 + Nanoseconds() / kNanosecondsPerMillisecond;
 }
 
 void TimeValue::AddMilliseconds(uint32_t milliseconds) {
     const auto total =
-        static_cast<uint64_t>(int64_t{seconds_} * kNanosecondsPerSecond + nanoseconds_ +
+        static_cast<uint64_t>(int64_t{Seconds()} * kNanosecondsPerSecond + Nanoseconds() +
                               int64_t{milliseconds} * kNanosecondsPerMillisecond);
-    seconds_ = WrapSeconds(static_cast<int64_t>(total / kNanosecondsPerSecond));
-    nanoseconds_ = static_cast<int32_t>(total % kNanosecondsPerSecond);
+    Set(static_cast<int64_t>(total / kNanosecondsPerSecond),
+        static_cast<int32_t>(total % kNanosecondsPerSecond));
 }
 
 void TimeValue::SetToNowPlus(uint32_t milliseconds) {
@@ -65,7 +68,7 @@ void TimeValue::SetToNowPlus(uint32_t milliseconds) {
 }
 
 TimeValue TimeValue::operator-(const TimeValue& other) const {
-    return {WrapSeconds(int64_t{seconds_} - other.seconds_), nanoseconds_ - other.nanoseconds_};
+    return {WrapSeconds(int64_t{Seconds()} - other.Seconds()), Nanoseconds() - other.Nanoseconds()};
 }
 
 int64_t MonotonicMs() {

@@ -2,17 +2,27 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 
 #include "core/output/SharedText.h"
 #include "core/timer/TimeValue.h"
 
 namespace Quenda {
 
+class TimeKeeper;
+class TimerTkIntf;
 class Writable;
+
+// Timers by their expiry; those of the same expiry stand in the order in which they were armed.
+using TimerQueue = std::multimap<TimeValue, TimerTkIntf*>;
 
 // A timer, as the manager sees it.
 class TimerTkIntf {
 public:
+    TimerTkIntf() = default;
+    // A copy is not queued.
+    TimerTkIntf(const TimerTkIntf& /*other*/) {}
+    TimerTkIntf& operator=(const TimerTkIntf&) = delete;
     virtual ~TimerTkIntf() = default;
     // Zero when it has expired, never negative.
     virtual TimeValue TimeRemaining(const TimeValue& now) const = 0;
@@ -23,6 +33,12 @@ public:
     // destroy itself and others.
     virtual void Expire(const TimeValue& now) = 0;
     virtual SharedText Name() const = 0;
+
+private:
+    // A manager's note of where it has put this timer, so that it need not search for it.
+    friend class TimeKeeper;
+    const TimeKeeper* keeper_ = nullptr;  // null while it is not queued
+    TimerQueue::iterator place_;
 };
 
 // The manager, as timers see it. It does not own them.
@@ -43,6 +59,7 @@ public:
     // Fires every timer that is due.
     virtual void ProcessExpired() = 0;
     virtual bool IsEmpty() const = 0;
+    // Of the timers in the queue: one whose callback runs right now is not among them.
     virtual size_t ActiveCount() const = 0;
     virtual void ResetExpiredCount() = 0;
     virtual void Dump(Writable* out) const = 0;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "core/options/TargetNumbers.h"
+#include "core/output/FormatText.h"
 
 namespace Quenda {
 
@@ -32,6 +33,23 @@ void ValueEntry::SetFromText(const char* text) {
             break;
         case ValueKind::kUInt:
             value_ = StrToUInt32(number, 0);
+            break;
+    }
+}
+
+void ValueEntry::SetFromNumber(double number) {
+    switch (Kind()) {
+        case ValueKind::kInt:
+            value_ = DoubleToInt32(number);
+            break;
+        case ValueKind::kDouble:
+            value_ = number;
+            break;
+        case ValueKind::kText:
+            value_ = CopyText(FormatText("%.15g", number).c_str());
+            break;
+        case ValueKind::kUInt:
+            value_ = DoubleToUInt32(number);
             break;
     }
 }

@@ -24,9 +24,7 @@ const ValueEntry* ValueList::History::Snapshot::Find(const char* name) const {
 
 ValueList::History::History(const ValueList& owner)
     : owner_(owner),
-      timer_("ValueList history snapshot",
-             TimerBase::Callback(
-                 new MemberCallback2<History, unsigned int, void*>(this, &History::OnTimeout))) {}
+      timer_("ValueList history snapshot", MakeCallback(this, &History::OnTimeout)) {}
 
 void ValueList::History::Command(Writable* out, int argc, const char* const* argv) {
     const char* command = argc > 0 ? argv[0] : "";

@@ -1,6 +1,5 @@
 #include "examples/diagnostics_console/Console.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -33,7 +32,8 @@ bool Console::Start() {
 void Console::OnLine(const char* line) {
     if (line == nullptr) {
         out_.Puts("End of the input.\n");
-        std::exit(EXIT_SUCCESS);
+        Quit();
+        return;
     }
     const std::vector<std::string> words = Words(line);
     std::vector<const char*> argv;
@@ -45,7 +45,7 @@ void Console::OnLine(const char* line) {
     }
 }
 
-void Console::Run(int argc, const char** argv) {
+void Console::Run(int argc, const char* const* argv) {
     const auto is = [argv](const char* word) { return std::strcmp(argv[0], word) == 0; };
     if (is("loop")) {
         loop_.DebugCommand(&out_, argc - 1, argv + 1);
@@ -56,8 +56,13 @@ void Console::Run(int argc, const char** argv) {
     } else if (is("help")) {
         out_.Puts(kHelp);
     } else if (is("quit")) {
-        std::exit(EXIT_SUCCESS);  // the event loop has no end of its own
+        Quit();
     } else {
         out_.Printf("There is no \"%s\"; \"help\" tells what there is.\n", argv[0]);
     }
+}
+
+void Console::Quit() {
+    input_.Discard();
+    loop_.Stop();
 }

@@ -14,15 +14,14 @@ public:
     bool Start();
 
 private:
-    // Null: the input has ended. Ends the process, as "quit" does.
+    // Null: the input has ended. Stops the loop, as "quit" does.
     void OnLine(const char* line);
-    void Run(int argc, const char** argv);
-
-    using Callback = Quenda::MemberCallback<Console, void(const char*)>;
+    void Run(int argc, const char* const* argv);
+    void Quit();
 
     Quenda::EventLoop& loop_;
     Quenda::Writable& out_;
     Figures figures_;
     OptionsDesk options_;
-    LineReader input_{LineReader::Callback(new Callback(this, &Console::OnLine))};
+    LineReader input_{Quenda::MakeCallback(this, &Console::OnLine)};
 };

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <string>
 
 #include "core/timer/TimeKeeper.h"
 
@@ -16,16 +15,16 @@ constexpr unsigned int kPeriodMs = 100;
 constexpr unsigned int kRateMs = 1000;  // the rate is worked out over at least this long
 
 // From the second number in /proc/self/statm (proc(5)), in pages; 0 when it cannot be read.
-unsigned long ResidentKb() {
-    unsigned long pages = 0;
+double ResidentKb() {
+    double pages = 0;
     FILE* const file = std::fopen("/proc/self/statm", "re");
     if (file != nullptr) {
-        if (std::fscanf(file, "%*s %lu", &pages) != 1) {
+        if (std::fscanf(file, "%*s %lf", &pages) != 1) {
             pages = 0;
         }
         (void)std::fclose(file);  // nothing was written
     }
-    return pages * static_cast<unsigned long>(sysconf(_SC_PAGESIZE)) / 1024;
+    return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024;
 }
 
 }  // namespace
@@ -49,8 +48,7 @@ void Figures::OnTimeout(unsigned int nowMs, void* /*userData*/) {
     // The difference is right also when the 32-bit time has wrapped around.
     const unsigned int passedMs = nowMs - rateSinceMs_;
     if (passedMs >= kRateMs) {
-        const double rate = checks_ * 1000.0 / passedMs;
-        values_.Find("checks_per_second")->SetFromText(std::to_string(rate).c_str());
+        values_.Find("checks_per_second")->SetFromNumber(checks_ * 1000.0 / passedMs);
         rateSinceMs_ = nowMs;
         checks_ = 0;
     }
@@ -59,6 +57,6 @@ void Figures::OnTimeout(unsigned int nowMs, void* /*userData*/) {
 }
 
 void Figures::Update(size_t timers) {
-    values_.Find("resident_kb")->SetFromText(std::to_string(ResidentKb()).c_str());
-    values_.Find("timers")->SetFromText(std::to_string(timers).c_str());
+    values_.Find("resident_kb")->SetFromNumber(ResidentKb());
+    values_.Find("timers")->SetFromNumber(static_cast<double>(timers));
 }

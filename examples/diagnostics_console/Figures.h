@@ -16,11 +16,8 @@ private:
     void OnTimeout(unsigned int nowMs, void* userData);
     void Update(size_t timers);
 
-    using Callback = Quenda::MemberCallback2<Figures, unsigned int, void*>;
-
     Quenda::ValueList values_;
     uint32_t checks_ = 0;  // since the rate was last worked out
     unsigned int rateSinceMs_;
-    Quenda::PeriodicTimer timer_{
-        "figures", Quenda::TimerBase::Callback(new Callback(this, &Figures::OnTimeout))};
+    Quenda::PeriodicTimer timer_{"figures", Quenda::MakeCallback(this, &Figures::OnTimeout)};
 };

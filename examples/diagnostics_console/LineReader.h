@@ -22,6 +22,8 @@ public:
 
     // False when the loop does not take it. The loop must outlive this reader.
     bool Start(Quenda::EventLoop& loop);
+    // Forgets what was read and not yet passed on.
+    void Discard() { text_.clear(); }
 
     void HandleRead() override;
     void HandleWrite() override {}
@@ -35,6 +37,6 @@ private:
     Callback callback_;
     Quenda::EventLoop* loop_ = nullptr;
     std::string text_;  // read and not yet passed on
-    Quenda::MemberCallback<LineReader, bool(int)> readFile_{this, &LineReader::OnActivity};
-    Quenda::ActivityHold fileHold_{&readFile_, "read standard input"};
+    Quenda::ActivityHold fileHold_{Quenda::MakeCallback(this, &LineReader::OnActivity),
+                                   "read standard input"};
 };

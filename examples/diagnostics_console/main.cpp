@@ -15,6 +15,5 @@ int main() {
         return EXIT_FAILURE;
     }
     out.Puts("\"help\" tells what there is.\n");
-    loop.Run();
-    return EXIT_FAILURE;  // only when the loop broke down
+    return loop.Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

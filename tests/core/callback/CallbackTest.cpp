@@ -19,8 +19,7 @@ struct Target : CallbackBuffer1<bool> {
 
 TEST(CallbackRefTest, LastHandleLetsGoOfTheTargetBeforeItDeletesItOnce) {
     std::vector<void*> held;
-    std::vector<Ref> handles(1);
-    Ref& ref = handles[0];
+    Ref ref;
     for (int i = 0; i < 2; ++i) {
         ref = Ref(new Target(ref, held));
         std::vector<Ref> copies(3, ref);

@@ -14,14 +14,15 @@ namespace {
 class ActivitySetTest : public testing::Test {
 protected:
     struct Work {
-        Work(std::string& journal, const char* name)
-            : call([this, &journal, name](int argument) {
-                  journal += name + std::to_string(argument);
-                  return action();
-              }),
-              hold(std::make_unique<ActivityHold>(&call, name)) {}
+        Work(std::string& journal, const char* name) {
+            auto* call = new CallbackTo<bool(int)>([this, &journal, name](int argument) {
+                const bool isDone = action();
+                journal += name + std::to_string(argument);  // the callback still lives
+                return isDone;
+            });
+            hold = std::make_unique<ActivityHold>(ActivityHold::CallbackHandle(call), name);
+        }
         std::function<bool()> action = [] { return true; };
-        CallbackTo<bool(int)> call;
         std::unique_ptr<ActivityHold> hold;
     };
 
@@ -71,11 +72,7 @@ TEST_F(ActivitySetTest, HoldThatRemovesRequeuesOrDestroysItselfEndsThePass) {
 }
 
 TEST_F(ActivitySetTest, HoldMayDestroyOthersAndOutlivesItsSet) {
-    {
-        ActivitySet other;
-        other.Add(c_.hold.get());
-        other.Add(a_.hold.get());
-    }
+    ActivitySet().Add(c_.hold.get());
     Queue({&a_, &b_, &c_});
     a_.action = [this] { return b_.hold.reset(), true; };
     EXPECT_EQ(Pass(), "a0c0");

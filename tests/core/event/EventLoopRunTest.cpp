@@ -24,14 +24,14 @@ protected:
     ~EventLoopRunTest() override { kernelWait = nullptr; }
     std::string Run() {
         Capture capture(STDERR_FILENO);
-        loop_.Run();
-        return capture.Stop();
+        const bool isStopped = loop_.Run();
+        return capture.Stop() + (isStopped ? "stopped" : "");
     }
     // The time-out of the only wait of a run.
     int TimeoutMs() {
         int only = -1;
-        kernelWait = [&only](int timeoutMs) { return only = timeoutMs, EBADF; };
-        EXPECT_EQ(Run(), kEnd);
+        kernelWait = [&](int timeoutMs) { return only = timeoutMs, loop_.Stop(), EINTR; };
+        EXPECT_EQ(Run(), "EventLoop terminated\nstopped");
         return only;
     }
 };

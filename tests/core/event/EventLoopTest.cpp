@@ -16,8 +16,7 @@ using namespace Quenda;
 
 namespace {
 
-class EventLoopTest : public LoopFixture {
-protected:
+struct EventLoopTest : LoopFixture {
     std::string HandlersText() const {
         StringWritable out;
         loop_.DumpHandlers(&out);

@@ -13,8 +13,7 @@ struct Scribe : Writable {
     explicit Scribe(const char* who) : name(who) {}
     using Writable::Write;
     size_t Write(const void* data, size_t) override {
-        journal += name + std::string(static_cast<const char*>(data)) + " ";
-        return 0;
+        return journal += name + static_cast<const char*>(data) + " ", 0;
     }
     std::string name;
 };

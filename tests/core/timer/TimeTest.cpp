@@ -41,12 +41,10 @@ TEST(WallClockTest, FloorIsNotAfterTheTimeAndNextIsStrictlyAfterIt) {
         {{7, 1999}, 0, 7001000, 7002000},
         {{7, 1999}, -60000, 7001000, 7002000},
         {{4294967, 0}, INT_MAX, 2147483647000, 4294967294000}};
-    const auto microseconds = [](const WallTime& t) {
-        return t.seconds * 1000000 + t.microseconds;
-    };
+    const auto total = [](const WallTime& t) { return t.seconds * 1000000 + t.microseconds; };
     for (const auto& [time, periodMs, floor, next] : cases) {
-        EXPECT_EQ(microseconds(FloorToPeriod(time, periodMs)), floor) << periodMs;
-        EXPECT_EQ(microseconds(NextPeriod(time, periodMs)), next) << periodMs;
+        EXPECT_EQ(total(FloorToPeriod(time, periodMs)), floor) << periodMs;
+        EXPECT_EQ(total(NextPeriod(time, periodMs)), next) << periodMs;
     }
 }
 

@@ -61,12 +61,9 @@ TEST_F(TimerTest, StallYieldsOneCallForEachMissedPeriodWithTheTimeIn32Bits) {
 
 TEST_F(TimerTest, CallbackMayStopRestartOrDestroyItsOwnTimer) {
     std::unique_ptr<PeriodicTimer> timer;
-    const std::pair<std::function<void()>, size_t> cases[] = {{[&] { timer->Stop(); }, 0},
-                                                              {[&] {
-                                                                   timer->StartAt({INT_MAX, 0});
-                                                               },
-                                                               1},
-                                                              {[&] { timer.reset(); }, 0}};
+    const auto restart = [&] { timer->StartAt({INT_MAX, 0}); };
+    const std::pair<std::function<void()>, size_t> cases[] = {
+        {[&] { timer->Stop(); }, 0}, {restart, 1}, {[&] { timer.reset(); }, 0}};
     for (const auto& [action, armed] : cases) {
         timer = std::make_unique<PeriodicTimer>("t", Do(action));
         timer->Start(0, 100);
@@ -92,6 +89,19 @@ TEST_F(TimerTest, CallbackMayStopRestartDestroyOrAddOthers) {
     EXPECT_EQ(journal_, "a");  // due already when it was added: in the same pass
     keeper_.ProcessExpired({6, 0});
     EXPECT_EQ(journal_, "am");
+}
+
+TEST_F(TimerTest, RemovalIsByExpiryAlsoForATimerThatIsQueuedTwice) {
+    Shot timer("t");
+    TimeKeeper other;
+    other.AddTimer(&timer);
+    timer.StartAt({5, 0});
+    other.RemoveTimer(&timer);
+    EXPECT_EQ(other.ActiveCount(), 1U) << "queued under another expiry";
+    timer.StartAt({0, 0});
+    other.RemoveTimer(&timer);
+    EXPECT_TRUE(keeper_.ActiveCount() == 1 && other.IsEmpty());
+    timer.Stop();
 }
 
 TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {

@@ -23,13 +23,8 @@ protected:
                      ValueDefinition::UInt("mask", 7), ValueDefinition::Double("ratio", 0.5)}};
 };
 
-TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
-    const struct {
-        const char* text;
-        int32_t asInt;
-        uint32_t asUInt;
-        double asDouble;
-    } cases[] = {
+TEST_F(ValueListTest, TextsAndNumbersAreTakenByKindInTheRangesOfA32BitLong) {
+    const std::tuple<const char*, int32_t, uint32_t, double> cases[] = {
         {" \t-0X1F", -31, 4294967265U, -31.0},
         {"017", 15, 15, 17.0},
         {"1.75x", 1, 1, 1.75},
@@ -39,17 +34,21 @@ TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
         {"-4294967296", INT32_MIN, UINT32_MAX, -4294967296.0},
         {nullptr, 0, 0, 0.0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, asInt, asUInt, asDouble] : cases) {
         for (const char* name : {"file", "limit", "mask", "ratio"}) {
-            list_.Find(name)->SetFromText(c.text);
+            list_.Find(name)->SetFromText(text);
         }
         const ValueEntry copy(list_.At(0));
         list_.Find("file")->SetFromText("other");
-        EXPECT_STREQ(copy.AsText(), c.text);
-        EXPECT_TRUE(copy.AsInt() == c.asInt && list_.At(1).AsInt() == c.asInt) << c.text;
-        EXPECT_TRUE(copy.AsUInt() == c.asUInt && list_.At(2).AsUInt() == c.asUInt) << c.text;
-        EXPECT_EQ(list_.At(3).AsDouble(), c.asDouble) << c.text;
+        EXPECT_STREQ(copy.AsText(), text);
+        EXPECT_TRUE(copy.AsInt() == asInt && list_.At(1).AsInt() == asInt) << text;
+        EXPECT_TRUE(copy.AsUInt() == asUInt && list_.At(2).AsUInt() == asUInt) << text;
+        EXPECT_EQ(list_.At(3).AsDouble(), asDouble) << text;
     }
+    for (const char* name : {"file", "limit", "mask", "ratio"}) {
+        list_.Find(name)->SetFromNumber(-1.5);
+    }
+    EXPECT_EQ(Console({}), "file = \"-1.5\"\nlimit = -1\nmask = 4294967295\nratio = -1.500000\n");
 }
 
 TEST_F(ValueListTest, LoadTakesPresentTextsAndDefaultsForTheRest) {
