@@ -31,11 +31,8 @@ TimeValue::TimeValue(int32_t seconds, int32_t nanoseconds) {
         nanoseconds += kNanosecondsPerSecond;
         --total;
     }
-    Set(total, nanoseconds);
-}
-
-void TimeValue::Set(int64_t seconds, int32_t nanoseconds) {
-    ordinal_ = int64_t{WrapSeconds(seconds)} * (int64_t{1} << 32) + nanoseconds;
+    seconds_ = WrapSeconds(total);
+    nanoseconds_ = nanoseconds;
 }
 
 TimeValue TimeValue::Now() {
@@ -51,15 +48,15 @@ TimeValue TimeValue::Resolution() {
 }
 
 int64_t TimeValue::Milliseconds() const {
-    return int64_t{Seconds()} * 1000 + Nanoseconds() / kNanosecondsPerMillisecond;
+    return int64_t{seconds_} * 1000 + nanoseconds_ / kNanosecondsPerMillisecond;
 }
 
 void TimeValue::AddMilliseconds(uint32_t milliseconds) {
     const auto total =
-        static_cast<uint64_t>(int64_t{Seconds()} * kNanosecondsPerSecond + Nanoseconds() +
+        static_cast<uint64_t>(int64_t{seconds_} * kNanosecondsPerSecond + nanoseconds_ +
                               int64_t{milliseconds} * kNanosecondsPerMillisecond);
-    Set(static_cast<int64_t>(total / kNanosecondsPerSecond),
-        static_cast<int32_t>(total % kNanosecondsPerSecond));
+    seconds_ = WrapSeconds(static_cast<int64_t>(total / kNanosecondsPerSecond));
+    nanoseconds_ = static_cast<int32_t>(total % kNanosecondsPerSecond);
 }
 
 void TimeValue::SetToNowPlus(uint32_t milliseconds) {
@@ -68,7 +65,7 @@ void TimeValue::SetToNowPlus(uint32_t milliseconds) {
 }
 
 TimeValue TimeValue::operator-(const TimeValue& other) const {
-    return {WrapSeconds(int64_t{Seconds()} - other.Seconds()), Nanoseconds() - other.Nanoseconds()};
+    return {WrapSeconds(int64_t{seconds_} - other.seconds_), nanoseconds_ - other.nanoseconds_};
 }
 
 int64_t MonotonicMs() {

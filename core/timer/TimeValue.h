@@ -17,8 +17,8 @@ public:
     static TimeValue Now();
     static TimeValue Resolution();
 
-    int32_t Seconds() const { return static_cast<int32_t>(ordinal_ >> 32); }
-    int32_t Nanoseconds() const { return static_cast<int32_t>(ordinal_); }
+    int32_t Seconds() const { return seconds_; }
+    int32_t Nanoseconds() const { return nanoseconds_; }
     // Rounded down to whole milliseconds.
     int64_t Milliseconds() const;
 
@@ -27,15 +27,15 @@ public:
 
     TimeValue operator-(const TimeValue& other) const;
     bool operator>=(const TimeValue& other) const { return !(*this < other); }
-    bool operator<(const TimeValue& other) const { return ordinal_ < other.ordinal_; }
-    bool operator==(const TimeValue& other) const { return ordinal_ == other.ordinal_; }
+    bool operator<(const TimeValue& other) const { return Ordinal() < other.Ordinal(); }
+    bool operator==(const TimeValue& other) const { return Ordinal() == other.Ordinal(); }
 
 private:
-    void Set(int64_t seconds, int32_t nanoseconds);
+    // One number to compare: the queue of timers does little else.
+    int64_t Ordinal() const { return int64_t{seconds_} * (int64_t{1} << 32) + nanoseconds_; }
 
-    // The seconds in the upper half, the nanoseconds in the lower one: a single number to compare,
-    // and the queue of timers does little else.
-    int64_t ordinal_ = 0;
+    int32_t seconds_ = 0;
+    int32_t nanoseconds_ = 0;
 };
 
 // The raw monotonic time in milliseconds.
