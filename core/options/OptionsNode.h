@@ -106,8 +106,9 @@ public:
     const Json::Value& Value() const;
 
 protected:
-    // Keep the message; `Fail` gives false.
+    // Keep the message; they give false.
     bool Fail(const char* message) const;
+    bool FailTooDeep() const;
     void SetError(SharedText message) const { error_ = std::move(message); }
     // Fails when the value nests deeper than that.
     bool CheckNesting(const Json::Value& value, unsigned levels) const;
