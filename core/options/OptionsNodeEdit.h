@@ -10,9 +10,9 @@ namespace Quenda {
 // An editable view of one value in an options tree. Edits return true on success; a refused one
 // leaves its message in this node (see OptionsNode).
 //
-// A node given as a source may view a part of this tree, or the other way round; it is copied
-// first. An edit that removes or replaces a value leaves every other node that views it, or a
-// part of it, dangling.
+// A node given as a source may view a part of this tree, or the other way round; it is then
+// copied first. An edit that removes or replaces a value leaves every other node that views it, or
+// a part of it, dangling.
 class OptionsNodeEdit : public OptionsNode {
 public:
     // Edits a value of its own, at first null. Changes are not tracked.
@@ -76,6 +76,10 @@ private:
     // False after a failure: `copy` is then untouched. Copies before anything changes, for the
     // source may view a part of this value, or this value may be a part of the source.
     bool CopySource(Json::Value& copy, const OptionsNode& source) const;
+    // What a merge reads while it changes this value: apart from it; sharing values with it, so
+    // that copies must be read; or nesting too deeply to be read at all.
+    enum class Sources { kApart, kShared, kTooDeep };
+    Sources LookAtSources(const Json::Value& source, const Json::Value& ids) const;
     bool Changed();
 
     Json::Value* editValue_;
