@@ -90,6 +90,8 @@ TEST(OptionsNodeEditTest, CommentsTruncationAndRemovedNullsAreNoChanges) {
     EXPECT_STREQ(node.Error().Get(), "Null OptionsNodeEdit or invalid comment");
     gaps[5U] = 1;
     EXPECT_TRUE(Edit(&gaps, nullptr).Truncate(3) && gaps.size() == 3);
+    EXPECT_TRUE(Edit(&gaps, nullptr).Merge(OptionsNode(J("[1]")), OptionsNode(J("[0]"))));
+    EXPECT_EQ(Text(gaps), "[1,null,null]");  // a missing element is a null one
 }
 
 TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
@@ -133,6 +135,9 @@ TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
     EXPECT_EQ(Text(doc), "{'a':{'x':1}}");
     EXPECT_TRUE(inner.AddMember("w", root, false) && inner.Merge(root, root));
     EXPECT_EQ(Text(doc), "{'a':{'a':{'w':{'a':{'x':1}},'x':1},'w':{'a':{'x':1}},'x':1}}");
+    doc =
+        J("{'a':{'b':[{'i':0}]}}");  // the IDs of b, which the merge replaces before it needs them
+    EXPECT_TRUE(root.Merge(OptionsNode(J("{'a':{'b':[]},'b':[1]}")), OptionsNode(&doc["a"])));
 }
 
 }  // namespace
