@@ -112,6 +112,9 @@ TEST(OptionsNodeTest, TextFormsKeepCommentsOnlyWhenPrinted) {
     EXPECT_EQ(out.Text(), "\n{\n   \"a\" : 1, //why\n   \"o\" : {}\n}\n\n");
     EXPECT_STREQ(node.GetCompactText().Get(), "{\"a\":1,\"o\":{}}\n");
     EXPECT_TRUE(node.GetNode({"o"}).GetCompactText().IsEmpty());
+    Json::Value odd;
+    odd[std::string("\0", 1)][1U] = "\t";
+    EXPECT_STREQ(OptionsNode(&odd).GetCompactText().Get(), "{\"\\u0000\":[null,\"\\t\"]}\n");
 }
 
 TEST(OptionsNodeTest, CopiesKeepAValueOfTheirOwnUnlessItNestsTooDeeply) {
