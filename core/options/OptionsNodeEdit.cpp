@@ -140,6 +140,10 @@ bool OptionsNodeEdit::SetLeaf(const char* name, double value, const char* commen
     return SetLeafValue(name, Json::Value(value), comment);
 }
 
+bool OptionsNodeEdit::SetLeaf(const char* name, bool value, const char* comment) {
+    return SetLeafValue(name, Json::Value(value), comment);
+}
+
 bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, bool replace) {
     if (!HoldsObject() || name == nullptr) {
         return Fail("Invalid operation: cannot add object to non-object OptionsNodeEdit");

@@ -35,6 +35,7 @@ public:
     bool SetLeaf(const char* name, uint32_t value, const char* comment);
     bool SetLeaf(const char* name, int32_t value, const char* comment);
     bool SetLeaf(const char* name, double value, const char* comment);
+    bool SetLeaf(const char* name, bool value, const char* comment);
 
     // A null source is refused, and so is this node's own value.
     bool AddMember(const char* name, const OptionsNode& source, bool replace);
@@ -60,7 +61,7 @@ public:
     // Lays the source over this value: objects are merged down to `maxDepth` levels below this
     // one, everything else replaced; null members of the source change nothing. Returns false
     // even when it worked: only the message tells a failure, and a success leaves an earlier
-    // message alone.
+    // message alone (see ClearError).
     bool Overlay(const OptionsNode& source, uint32_t maxDepth);
     // Merges the source's changes into this value. `arrayIds` mirrors the source: where that has
     // an array, it holds an array of one element whose members identify the elements of both;

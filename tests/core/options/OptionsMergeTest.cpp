@@ -55,6 +55,8 @@ TEST(OptionsMergeTest, OverlayReplacesBelowItsDepthErasesNothingAndGivesFalse) {
     Json::Value document = J("{'a':1,'o':{'w':1,'x':{'y':1}}}");
     bool modified = false;
     OptionsNodeEdit node(&document, &modified);
+    EXPECT_FALSE(node.SetComment(nullptr) || node.Error().IsAbsent());
+    node.ClearError();
     EXPECT_FALSE(node.Overlay(OptionsNode(J("{'a':null,'o':{'x':{'z':2}}}")), 1));
     EXPECT_TRUE(node.Error().IsAbsent() && modified);
     EXPECT_EQ(Text(document), "{'a':1,'o':{'w':1,'x':{'z':2}}}");
