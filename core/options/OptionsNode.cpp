@@ -78,14 +78,15 @@ OptionsNode OptionsNode::GetNode(const OptionsPath& path) const {
         return Derive(nullptr);
     }
     const Json::Value* current = value_;
+    Json::ValueType type = current->type();
     for (const char* name : path) {
-        // Never null: what is empty has ended the walk before.
-        if (!current->isObject()) {
+        if (type != Json::objectValue) {
             (void)Fail("non-object OptionsNode down the path");
             return Derive(nullptr);
         }
         current = name == nullptr ? nullptr : current->find(name, name + std::strlen(name));
-        if (current == nullptr || current->isNull()) {
+        type = current == nullptr ? Json::nullValue : current->type();
+        if (type == Json::nullValue) {
             (void)Fail("empty OptionsNode down the path");
             return Derive(nullptr);
         }
@@ -165,10 +166,6 @@ SharedText OptionsNode::GetCompactText() const {
     }
     text += '\n';
     return SharedText(std::move(text));
-}
-
-const Json::Value& OptionsNode::Value() const {
-    return IsEmpty() ? Json::Value::nullSingleton() : *value_;
 }
 
 bool OptionsNode::Fail(const char* message) const {

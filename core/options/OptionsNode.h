@@ -106,7 +106,7 @@ public:
     void ClearError() { error_ = {}; }
     const OptionsContext& Context() const { return context_; }
     // The value viewed; a null value for an empty node.
-    const Json::Value& Value() const;
+    const Json::Value& Value() const { return IsEmpty() ? Json::Value::nullSingleton() : *value_; }
 
 protected:
     // Keep the message; they give false.
