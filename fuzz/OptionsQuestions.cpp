@@ -8,7 +8,6 @@
 #include "fuzz/Require.h"
 #include "json/writer.h"
 
-using Quenda::CallbackBuffer;
 using Quenda::GlobalCallback;
 using Quenda::OptionsNode;
 using Quenda::ValueDefinition;
