@@ -1,6 +1,6 @@
 // Everything that changes an options tree.
 #include "core/options/JsonValue.h"
-#include "core/options/OptionsNodeEdit.h"
+#include "fuzz/CompareOptions.h"
 #include "fuzz/OptionsFuzz.h"
 #include "fuzz/Require.h"
 
@@ -10,6 +10,8 @@ using Quenda::JsonValue::kMaxNesting;
 using Quenda::JsonValue::NestsDeeperThan;
 
 namespace {
+
+constexpr unsigned kMaxModelNesting = 100;  // deeper ones take the model too long
 
 // A part of the changes or of the options themselves, which the edit is about to change.
 OptionsNode RandomSource(OptionsFuzz& fuzz) {
@@ -22,19 +24,35 @@ void RequireOutcome(const OptionsNodeEdit& node, bool done, bool modified) {
     REQUIRE(done ? modified : !node.Error().IsEmpty() && !modified);
 }
 
+void RequireNone(const std::string& difference) {
+    if (!difference.empty()) {
+        (void)std::fprintf(stderr, "%s\n", difference.c_str());
+    }
+    REQUIRE(difference.empty());
+}
+
 void Merge(OptionsFuzz& fuzz) {
+    FuzzInput& input = fuzz.input;
     bool modified = false;
-    OptionsNodeEdit node(&RandomPart(fuzz.input, fuzz.options), &modified);
+    OptionsNodeEdit node(&RandomPart(input, fuzz.options), &modified);
+    // May be gone afterwards, when it is a part of the options.
     const OptionsNode source = RandomSource(fuzz);
     const bool tooDeep = NestsDeeperThan(source.Value(), kMaxNesting);
-    if (fuzz.input.ConsumeBool()) {
-        const bool merged = node.Merge(source, OptionsNode(&fuzz.arrayIds));
-        REQUIRE(merged == node.Error().IsEmpty() && (modified || !merged));
+    const bool compare = !NestsDeeperThan(source.Value(), kMaxModelNesting) &&
+                         !NestsDeeperThan(node.Value(), kMaxModelNesting) &&
+                         !NestsDeeperThan(fuzz.arrayIds, kMaxModelNesting);
+    const bool merge = input.ConsumeBool();
+    const auto levels = input.ConsumeIntegralInRange(0U, 4U);
+    if (compare) {
+        RequireNone(merge ? CompareMerge(node, source.Value(), fuzz.arrayIds)
+                          : CompareOverlay(node, source.Value(), levels));
+    } else if (merge) {
+        REQUIRE(node.Merge(source, OptionsNode(&fuzz.arrayIds)) == node.Error().IsEmpty());
     } else {
-        REQUIRE(!node.Overlay(source, fuzz.input.ConsumeIntegralInRange(0U, 4U)));
-        REQUIRE(modified == node.Error().IsEmpty());
+        REQUIRE(!node.Overlay(source, levels));
     }
-    REQUIRE(!tooDeep || !modified);
+    const bool failed = !node.Error().IsEmpty();
+    REQUIRE(modified ? !tooDeep && (merge || !failed) : failed);
 }
 
 bool SetLeaf(FuzzInput& input, OptionsNodeEdit& node, const char* name) {

@@ -64,6 +64,34 @@ Json::Value RandomValue(FuzzInput& input, unsigned depth) {
     return value;
 }
 
+void ChangeScalar(FuzzInput& input, Json::Value& value) {
+    if (value.isString()) {
+        value = RandomText(input);
+    } else if (value.isBool()) {
+        value = input.ConsumeBool();
+    } else if (value.isNumeric()) {
+        value = input.ConsumeBool() ? Json::Value(input.ConsumeIntegralInRange(0, 3)) : 0.5;
+    }
+}
+
+void Change(FuzzInput& input, Json::Value& value) {
+    const unsigned kind = input.ConsumeIntegralInRange(0U, 63U);
+    if (kind < 4) {
+        value = kind == 0 ? Json::Value() : RandomScalar(input);
+    } else if (kind < 14 && value.isArray()) {
+        value.resize(value.size() / 2);
+    } else if (kind < 14 && value.isObject() && !value.empty()) {
+        value.removeMember(value.begin().name());
+    } else if (kind < 24 && !value.isBool() && !value.isString() && !value.isNumeric()) {
+        (value.isArray() ? value[value.size()] : value["b"]) = RandomValue(input, kMaxDepth - 1);
+    } else if (kind < 56) {
+        ChangeScalar(input, value);
+    }
+    for (Json::Value& child : value) {
+        Change(input, child);
+    }
+}
+
 // The changes with some members left out and with one element in each array.
 Json::Value Mirror(FuzzInput& input, const Json::Value& changes) {
     Json::Value ids(changes.type());
@@ -117,11 +145,30 @@ Json::Value RandomDocument(FuzzInput& input) {
     return document;
 }
 
+Json::Value RandomChanges(FuzzInput& input, const Json::Value& document) {
+    if (Quenda::JsonValue::NestsDeeperThan(document, kMaxNesting)) {
+        return RandomDocument(input);
+    }
+    Json::Value changes(document);
+    Change(input, changes);
+    return changes;
+}
+
 Json::Value RandomArrayIds(FuzzInput& input, const Json::Value& changes) {
     const bool mirror = input.ConsumeIntegralInRange(0, 3) != 0;
     return mirror && !Quenda::JsonValue::NestsDeeperThan(changes, kMaxNesting)
                ? Mirror(input, changes)
                : RandomDocument(input);
+}
+
+MergeTrees RandomMerge(FuzzInput& input) {
+    MergeTrees trees;
+    trees.before = RandomValue(input, 0);
+    trees.source = RandomChanges(input, trees.before);
+    if (input.ConsumeIntegralInRange(0, 3) != 0) {
+        trees.ids = Mirror(input, trees.source);
+    }
+    return trees;
 }
 
 Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
@@ -131,7 +178,7 @@ Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
             break;
         }
         const unsigned index = input.ConsumeIntegralInRange(0U, part->size() - 1);
-        part = part->isArray() ? &(*part)[index] : &*std::next(part->begin(), index);
+        part = part->isArray() ? &(*part)[index] : &*std::next(part->begin(), int(index));
     }
     return *part;
 }

@@ -1,14 +1,11 @@
-// Documents, names and paths from the fuzzer's bytes. They draw from a few names, so that
+// Documents, names and paths from random bytes. They draw from a few names, so that
 // documents, ID trees and paths meet each other's members.
 #pragma once
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <string>
 
+#include "fuzz/FuzzInput.h"
 #include "json/value.h"
-
-using FuzzInput = FuzzedDataProvider;
 
 // A text of any bytes, a number as a text, or one of the few.
 std::string RandomText(FuzzInput& input);
@@ -19,6 +16,19 @@ const char* RandomName(FuzzInput& input, const Json::Value& value);
 
 // Sometimes 10,000 levels deep, or just at the limit of what is copied.
 Json::Value RandomDocument(FuzzInput& input);
+
+// A copy of the document, here and there something else: mostly another scalar of the same type,
+// sometimes null, another type, a member or an element more or less. A document that is too deep
+// for a copy gives an unrelated one.
+Json::Value RandomChanges(FuzzInput& input, const Json::Value& document);
+
+// The three trees of a merge, none of them deep; sometimes without IDs.
+struct MergeTrees {
+    Json::Value before;
+    Json::Value source;
+    Json::Value ids;
+};
+MergeTrees RandomMerge(FuzzInput& input);
 
 // A tree of array IDs that mostly mirrors the changes, as a merge wants it.
 Json::Value RandomArrayIds(FuzzInput& input, const Json::Value& changes);

@@ -1,6 +1,5 @@
 // What the options tree does, written by hand as a plain recursion over the JSON values: without
-// nodes, without a look at how deep they nest, without a copy for a source that could be a part
-// of the destination.
+// nodes, without a look at how deep they nest and whether source and destination share values.
 #pragma once
 
 #include <string>

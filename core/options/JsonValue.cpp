@@ -1,5 +1,6 @@
 #include "core/options/JsonValue.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -14,6 +15,33 @@ namespace {
 [[noreturn]] void EndProcess(const char* complaint) {
     ComplainAboutJson(complaint);
     std::abort();
+}
+
+bool IsContainer(const Json::Value& value) {
+    return value.type() >= Json::arrayValue;  // arrays and objects are the last of the types
+}
+
+bool IsOneOf(const Json::Value& value, const Parts& parts) {
+    return &value == parts[0] || &value == parts[1];
+}
+
+Finding LookInside(const Json::Value& container, unsigned levels, const Parts& parts) {
+    if (levels == 0) {
+        return Finding::kTooDeep;
+    }
+    Finding finding = Finding::kNothing;
+    for (const Json::Value& child : container) {
+        if (IsOneOf(child, parts)) {
+            finding = Finding::kPart;
+        }
+        if (IsContainer(child)) {
+            finding = std::max(finding, LookInside(child, levels - 1, parts));
+        }
+        if (finding == Finding::kTooDeep) {
+            break;
+        }
+    }
+    return finding;
 }
 
 }  // namespace
@@ -124,19 +152,14 @@ void SetSameLineComment(Json::Value& value, const std::string& text) {
     value.setComment(text, Json::commentAfterOnSameLine);
 }
 
+Finding LookThrough(const Json::Value& value, unsigned levels, const Parts& parts) {
+    const Finding inside =
+        IsContainer(value) ? LookInside(value, levels, parts) : Finding::kNothing;
+    return IsOneOf(value, parts) ? std::max(inside, Finding::kPart) : inside;
+}
+
 bool NestsDeeperThan(const Json::Value& value, unsigned levels) {
-    if (!value.isArray() && !value.isObject()) {
-        return false;
-    }
-    if (levels == 0) {
-        return true;
-    }
-    for (const Json::Value& child : value) {
-        if (NestsDeeperThan(child, levels - 1)) {
-            return true;
-        }
-    }
-    return false;
+    return LookThrough(value, levels, {}) == Finding::kTooDeep;
 }
 
 }  // namespace Quenda::JsonValue

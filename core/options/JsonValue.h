@@ -6,6 +6,7 @@
 // and ends the process, so test the type first.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -43,7 +44,11 @@ const Json::Value& MemberOrNull(const Json::Value& value, const char* name, cons
 // complained about and kept. `text` is not empty.
 void SetSameLineComment(Json::Value& value, const std::string& text);
 
-// True when arrays and objects nest in more than `levels` levels; a scalar has none.
+// What a look through a whole value finds. kTooDeep: arrays and objects nest in more than the
+// levels given (a scalar has none). Otherwise kPart: one of the parts is the value or inside it.
+enum class Finding { kNothing, kPart, kTooDeep };
+using Parts = std::array<const Json::Value*, 2>;
+Finding LookThrough(const Json::Value& value, unsigned levels, const Parts& parts);
 bool NestsDeeperThan(const Json::Value& value, unsigned levels);
 
 }  // namespace Quenda::JsonValue

@@ -5,33 +5,44 @@
 
 namespace Quenda {
 
-ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
-                          const Json::Value& ids) {
-    if (!TypesCompatible(destination.type(), source.type()) ||
-        !TypesCompatible(destination.type(), ids.type())) {
-        return ElementMatch::kNotComparable;
-    }
-    if (!JsonValue::IsObject(destination)) {
-        return source == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
-    }
+ElementMatcher::ElementMatcher(const Json::Value& ids) : idsType_(ids.type()) {
     if (!ids.isObject()) {
-        return ElementMatch::kSame;
+        return;
     }
     for (auto id = ids.begin(); id != ids.end(); ++id) {
-        if (id->isNull()) {
-            continue;
+        if (!id->isNull()) {
+            const char* end = nullptr;
+            const char* const name = id.memberName(&end);
+            members_.push_back({name, end, ElementMatcher(*id)});
         }
-        const char* end = nullptr;
-        const char* name = id.memberName(&end);
-        const Json::Value& sourceId = JsonValue::MemberOrNull(source, name, end);
-        const Json::Value& destinationId = JsonValue::MemberOrNull(destination, name, end);
-        if (sourceId.isNull()) {
+    }
+}
+
+void ElementMatcher::SetSource(const Json::Value& source) {
+    source_ = &source;
+    sourceType_ = source.type();
+    for (Member& member : members_) {
+        member.matcher.SetSource(JsonValue::MemberOrNull(source, member.name, member.nameEnd));
+    }
+}
+
+ElementMatch ElementMatcher::Match(const Json::Value& destination) const {
+    const Json::ValueType type = destination.type();
+    if (!TypesCompatible(type, sourceType_) || !TypesCompatible(type, idsType_)) {
+        return ElementMatch::kNotComparable;
+    }
+    if (type != Json::objectValue && type != Json::nullValue) {
+        return *source_ == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
+    }
+    for (const auto& [name, nameEnd, matcher] : members_) {
+        if (matcher.sourceType_ == Json::nullValue) {
             return ElementMatch::kMissingInSource;
         }
-        if (destinationId.isNull()) {
+        const Json::Value* const member = destination.find(name, nameEnd);
+        if (member == nullptr || member->isNull()) {
             return ElementMatch::kMissingInDestination;
         }
-        const ElementMatch match = MatchElement(destinationId, sourceId, *id);
+        const ElementMatch match = matcher.Match(*member);
         if (match != ElementMatch::kSame) {
             return match;
         }

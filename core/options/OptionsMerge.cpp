@@ -3,6 +3,7 @@
 
 #include "core/options/JsonValue.h"
 #include "core/options/MatchElement.h"
+#include "core/options/MemberCursor.h"
 #include "core/options/OptionsAssign.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/FormatText.h"
@@ -41,15 +42,17 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
         return context.Path() + ": Cannot merge object to non-object";
     }
     // The IDs must mirror the source. Others have no members to look up: end here.
-    if (!source.empty() && !JsonValue::IsObject(ids)) {
+    if (!JsonValue::IsObject(ids) && !source.empty()) {
         return context.Path() + kIdsMismatch;
     }
-    for (auto member = source.begin(); member != source.end(); ++member) {
-        const char* end = nullptr;
-        const char* name = member.memberName(&end);
+    MemberCursor members(context.destination);
+    for (auto member = source.begin(), end = source.end(); member != end; ++member) {
+        const char* nameEnd = nullptr;
+        const char* name = member.memberName(&nameEnd);
         // Made even for a null source member, which so adds a null one.
-        const MergeContext child{&context, name, *context.destination.demand(name, end)};
-        std::string message = MergeInto(child, *member, JsonValue::MemberOrNull(ids, name, end));
+        const MergeContext child{&context, name, members.Demand(name, nameEnd)};
+        std::string message =
+            MergeInto(child, *member, JsonValue::MemberOrNull(ids, name, nameEnd));
         if (!message.empty()) {
             return message;
         }
@@ -57,16 +60,27 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
     return {};
 }
 
+// An array filled with gaps lacks the null elements between the others, which count, too.
+void FillGaps(Json::Value& array) {
+    const Json::ArrayIndex size = array.size();
+    if (size != static_cast<Json::ArrayIndex>(array.end() - array.begin())) {
+        for (Json::ArrayIndex i = 0; i < size; ++i) {
+            (void)array[i];
+        }
+    }
+}
+
 // Merges into the first matching element, or appends.
 std::string MergeElement(const MergeContext& context, const Json::Value& source, uint32_t index,
-                         const Json::Value& ids) {
+                         const Json::Value& ids, ElementMatcher& matcher) {
     Json::Value& destination = context.destination;
-    for (uint32_t i = 0; i < destination.size(); ++i) {
-        switch (MatchElement(destination[i], source, ids)) {
+    matcher.SetSource(source);
+    for (Json::Value& element : destination) {
+        switch (matcher.Match(element)) {
             case ElementMatch::kDifferent:
                 break;
             case ElementMatch::kSame:
-                return MergeInto({&context, "", destination[i]}, source, ids);
+                return MergeInto({&context, "", element}, source, ids);
             case ElementMatch::kMissingInSource:
                 return context.Path() +
                        FormatText("[%u]: Missing array ID in source options", index);
@@ -77,7 +91,7 @@ std::string MergeElement(const MergeContext& context, const Json::Value& source,
                 return context.Path() + FormatText("[%u]: Array elements not comparable", index);
         }
     }
-    if (!destination.empty() && !TypesCompatible(destination[0U].type(), source.type())) {
+    if (!destination.empty() && !TypesCompatible(destination.begin()->type(), source.type())) {
         return "Invalid operation: adding incompatible element to array OptionsNode";
     }
     AssignValue(destination[destination.size()], source);
@@ -100,11 +114,13 @@ std::string MergeArray(const MergeContext& context, const Json::Value& source,
         AssignValue(context.destination, source);
         return {};
     }
-    for (uint32_t i = 0; i < source.size(); ++i) {
-        if (source[i].isNull()) {
+    FillGaps(context.destination);
+    ElementMatcher matcher(ids[0U]);
+    for (auto element = source.begin(), end = source.end(); element != end; ++element) {
+        if (element->isNull()) {
             continue;
         }
-        std::string message = MergeElement(context, source[i], i, ids[0U]);
+        std::string message = MergeElement(context, *element, element.index(), ids[0U], matcher);
         if (!message.empty()) {
             return message;
         }
@@ -114,16 +130,16 @@ std::string MergeArray(const MergeContext& context, const Json::Value& source,
 
 std::string MergeInto(const MergeContext& context, const Json::Value& source,
                       const Json::Value& ids) {
-    if (source.isNull()) {
-        return {};
+    switch (source.type()) {
+        case Json::nullValue:
+            return {};
+        case Json::objectValue:
+            return MergeObject(context, source, ids);
+        case Json::arrayValue:
+            return MergeArray(context, source, ids);
+        default:
+            return AssignCompatible(context.destination, source) ? std::string() : kTypeChange;
     }
-    if (source.isObject()) {
-        return MergeObject(context, source, ids);
-    }
-    if (source.isArray()) {
-        return MergeArray(context, source, ids);
-    }
-    return AssignCompatible(context.destination, source) ? std::string() : kTypeChange;
 }
 
 }  // namespace
@@ -132,13 +148,18 @@ bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayI
     if (editValue_ == nullptr || source.IsEmpty()) {
         return Fail("Invalid operation: merge on Null OptionsNode(s)");
     }
-    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting) ||
-        !CheckNesting(arrayIds.Value(), JsonValue::kMaxNesting)) {
-        return false;
+    const MergeContext root{nullptr, "", *editValue_};
+    std::string message;
+    switch (LookAtSources(source.Value(), arrayIds.Value())) {
+        case Sources::kTooDeep:
+            return FailTooDeep();
+        case Sources::kShared:
+            message = MergeInto(root, Json::Value(source.Value()), Json::Value(arrayIds.Value()));
+            break;
+        case Sources::kApart:
+            message = MergeInto(root, source.Value(), arrayIds.Value());
+            break;
     }
-    // Copies: both may be parts of what is about to change.
-    std::string message = MergeInto({nullptr, "", *editValue_}, Json::Value(source.Value()),
-                                    Json::Value(arrayIds.Value()));
     const bool merged = message.empty();
     SetError(std::move(message));
     (void)Changed();

@@ -1,7 +1,9 @@
 #include "core/options/OptionsNode.h"
 
+#include <cstring>
 #include <utility>
 
+#include "core/options/CompactText.h"
 #include "core/options/JsonValue.h"
 #include "json/writer.h"
 
@@ -10,13 +12,6 @@ namespace Quenda {
 namespace {
 
 constexpr char kNotAnObject[] = "Invalid node type: OptionsNode must be object type";
-
-// The library has marked its plain writers as deprecated; the text of options is theirs.
-template <typename Writer>
-std::string WriteJson(const Json::Value& value) {
-    Writer writer;
-    return writer.write(value);
-}
 
 }  // namespace
 
@@ -78,23 +73,25 @@ OptionsNode OptionsNode::GetElement(uint32_t index) const {
 }
 
 OptionsNode OptionsNode::GetNode(const OptionsPath& path) const {
-    if (IsEmpty() || JsonValue::IsEmpty(*value_)) {
+    if (IsEmpty() || value_->empty()) {
         (void)Fail("OptionsNode is empty");
         return Derive(nullptr);
     }
     const Json::Value* current = value_;
+    Json::ValueType type = current->type();
     for (const char* name : path) {
-        if (!JsonValue::IsObject(*current)) {
+        if (type != Json::objectValue) {
             (void)Fail("non-object OptionsNode down the path");
             return Derive(nullptr);
         }
-        current = JsonValue::FindMember(*current, name);
-        if (current == nullptr || current->isNull()) {
+        current = name == nullptr ? nullptr : current->find(name, name + std::strlen(name));
+        type = current == nullptr ? Json::nullValue : current->type();
+        if (type == Json::nullValue) {
             (void)Fail("empty OptionsNode down the path");
             return Derive(nullptr);
         }
     }
-    return Derive(current);
+    return OptionsNode(current, context_);
 }
 
 bool OptionsNode::ForEachMember(const MemberVisitor& visitor) const {
@@ -143,6 +140,7 @@ bool OptionsNode::SelectMembers(const MemberPredicate& predicate, OptionsNode& r
     return true;
 }
 
+// The library has marked its plain writers as deprecated; the text of options is theirs.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -151,20 +149,23 @@ void OptionsNode::Print(Writable* out, const OptionsPath& path) const {
     if (JsonValue::IsEmpty(found.Value()) || !CheckNesting(found.Value(), JsonValue::kMaxNesting)) {
         return;
     }
-    out->Printf("\n%s\n", WriteJson<Json::StyledWriter>(found.Value()).c_str());
-}
-
-SharedText OptionsNode::GetCompactText() const {
-    if (JsonValue::IsEmpty(Value()) || !CheckNesting(Value(), JsonValue::kMaxNesting)) {
-        return "";
-    }
-    return WriteJson<Json::FastWriter>(Value());
+    Json::StyledWriter writer;
+    out->Printf("\n%s\n", writer.write(found.Value()).c_str());
 }
 
 #pragma GCC diagnostic pop
 
-const Json::Value& OptionsNode::Value() const {
-    return IsEmpty() ? Json::Value::nullSingleton() : *value_;
+SharedText OptionsNode::GetCompactText() const {
+    if (JsonValue::IsEmpty(Value())) {
+        return "";
+    }
+    std::string text;
+    if (!AppendCompactText(text, Value(), JsonValue::kMaxNesting)) {
+        (void)FailTooDeep();
+        return "";
+    }
+    text += '\n';
+    return SharedText(std::move(text));
 }
 
 bool OptionsNode::Fail(const char* message) const {
@@ -172,9 +173,12 @@ bool OptionsNode::Fail(const char* message) const {
     return false;
 }
 
+bool OptionsNode::FailTooDeep() const {
+    return Fail("Invalid operation: OptionsNode is nested too deeply");
+}
+
 bool OptionsNode::CheckNesting(const Json::Value& value, unsigned levels) const {
-    return !JsonValue::NestsDeeperThan(value, levels) ||
-           Fail("Invalid operation: OptionsNode is nested too deeply");
+    return !JsonValue::NestsDeeperThan(value, levels) || FailTooDeep();
 }
 
 }  // namespace Quenda

@@ -35,9 +35,10 @@ using MemberPredicate = CallbackRef<bool(const char*)>;
 // A null value counts as an object and as an array without elements. Nothing throws: a call
 // that fails gives false, an empty text or a node that views a null value, and leaves its message
 // in the node that was asked (`Error`); a call that succeeds leaves an earlier message alone.
-// Names may be null and are then found nowhere. A value in which arrays and objects nest in more
-// than JsonValue::kMaxNesting levels is neither copied nor written out: that fails with
-// "Invalid operation: OptionsNode is nested too deeply".
+// Names may be null and are then found nowhere. A getter with a default gives that on every
+// failure, of whatever kind, and says false; a getter without one leaves its output alone. A value
+// in which arrays and objects nest in more than JsonValue::kMaxNesting levels is neither copied nor
+// written out: that fails with "Invalid operation: OptionsNode is nested too deeply".
 class OptionsNode {
 public:
     // Empty: views nothing.
@@ -101,13 +102,16 @@ public:
 
     // The message of the last failed call; absent when none failed.
     const SharedText& Error() const { return error_; }
+    // Makes it absent, so that a message left by the next call is known to be its own.
+    void ClearError() { error_ = {}; }
     const OptionsContext& Context() const { return context_; }
     // The value viewed; a null value for an empty node.
-    const Json::Value& Value() const;
+    const Json::Value& Value() const { return IsEmpty() ? Json::Value::nullSingleton() : *value_; }
 
 protected:
-    // Keep the message; `Fail` gives false.
+    // Keep the message; they give false.
     bool Fail(const char* message) const;
+    bool FailTooDeep() const;
     void SetError(SharedText message) const { error_ = std::move(message); }
     // Fails when the value nests deeper than that.
     bool CheckNesting(const Json::Value& value, unsigned levels) const;

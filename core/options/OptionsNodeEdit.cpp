@@ -1,5 +1,6 @@
 #include "core/options/OptionsNodeEdit.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -73,6 +74,22 @@ bool OptionsNodeEdit::CopySource(Json::Value& copy, const OptionsNode& source) c
     return true;
 }
 
+OptionsNodeEdit::Sources OptionsNodeEdit::LookAtSources(const Json::Value& source,
+                                                        const Json::Value& ids) const {
+    using JsonValue::Finding;
+    using JsonValue::kMaxNesting;
+    using JsonValue::LookThrough;
+    const Finding finding = std::max(LookThrough(source, kMaxNesting, {editValue_}),
+                                     LookThrough(ids, kMaxNesting, {editValue_}));
+    if (finding == Finding::kTooDeep) {
+        return Sources::kTooDeep;
+    }
+    // A document that is too deep to be looked through may have anything in it.
+    const bool apart = finding == Finding::kNothing &&
+                       LookThrough(*editValue_, kMaxNesting, {&source, &ids}) == Finding::kNothing;
+    return apart ? Sources::kApart : Sources::kShared;
+}
+
 bool OptionsNodeEdit::Changed() {
     if (modified_ != nullptr) {
         *modified_ = true;
@@ -120,6 +137,10 @@ bool OptionsNodeEdit::SetLeaf(const char* name, int32_t value, const char* comme
 }
 
 bool OptionsNodeEdit::SetLeaf(const char* name, double value, const char* comment) {
+    return SetLeafValue(name, Json::Value(value), comment);
+}
+
+bool OptionsNodeEdit::SetLeaf(const char* name, bool value, const char* comment) {
     return SetLeafValue(name, Json::Value(value), comment);
 }
 

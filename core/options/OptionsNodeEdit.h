@@ -10,9 +10,9 @@ namespace Quenda {
 // An editable view of one value in an options tree. Edits return true on success; a refused one
 // leaves its message in this node (see OptionsNode).
 //
-// A node given as a source may view a part of this tree, or the other way round; it is copied
-// first. An edit that removes or replaces a value leaves every other node that views it, or a
-// part of it, dangling.
+// A node given as a source may view a part of this tree, or the other way round; it is then
+// copied first. An edit that removes or replaces a value leaves every other node that views it, or
+// a part of it, dangling.
 class OptionsNodeEdit : public OptionsNode {
 public:
     // Edits a value of its own, at first null. Changes are not tracked.
@@ -35,6 +35,7 @@ public:
     bool SetLeaf(const char* name, uint32_t value, const char* comment);
     bool SetLeaf(const char* name, int32_t value, const char* comment);
     bool SetLeaf(const char* name, double value, const char* comment);
+    bool SetLeaf(const char* name, bool value, const char* comment);
 
     // A null source is refused, and so is this node's own value.
     bool AddMember(const char* name, const OptionsNode& source, bool replace);
@@ -60,7 +61,7 @@ public:
     // Lays the source over this value: objects are merged down to `maxDepth` levels below this
     // one, everything else replaced; null members of the source change nothing. Returns false
     // even when it worked: only the message tells a failure, and a success leaves an earlier
-    // message alone.
+    // message alone (see ClearError).
     bool Overlay(const OptionsNode& source, uint32_t maxDepth);
     // Merges the source's changes into this value. `arrayIds` mirrors the source: where that has
     // an array, it holds an array of one element whose members identify the elements of both;
@@ -76,6 +77,10 @@ private:
     // False after a failure: `copy` is then untouched. Copies before anything changes, for the
     // source may view a part of this value, or this value may be a part of the source.
     bool CopySource(Json::Value& copy, const OptionsNode& source) const;
+    // What a merge reads while it changes this value: apart from it; sharing values with it, so
+    // that copies must be read; or nesting too deeply to be read at all.
+    enum class Sources { kApart, kShared, kTooDeep };
+    Sources LookAtSources(const Json::Value& source, const Json::Value& ids) const;
     bool Changed();
 
     Json::Value* editValue_;

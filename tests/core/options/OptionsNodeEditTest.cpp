@@ -39,6 +39,7 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"{}", [&](Edit& n) { return n.SetLeaf("a", noText, nullptr); }, kNotLeaf, "{'a':null}"},
         {"{'a':'x'}", [](Edit& n) { return n.SetLeaf("a", 7U, nullptr); }, "", "{'a':7}"},
         {"null", [](Edit& n) { return n.SetLeaf("a", 0.5, nullptr); }, "", "{'a':0.5}"},
+        {"{}", [](Edit& n) { return n.SetLeaf("a", true, nullptr); }, "", "{'a':true}"},
         {"[]", [&](Edit& n) { return n.AddMember("a", null, true); }, kNoAdd, "[]"},
         {"{'a':1}", [&](Edit& n) { return n.AddMember("a", null, false); }, kAddEmpty, "{'a':1}"},
         {"{}", [](Edit& n) { return n.AddMember("a", n, true); }, kAddEmpty, "{}"},
@@ -90,6 +91,8 @@ TEST(OptionsNodeEditTest, CommentsTruncationAndRemovedNullsAreNoChanges) {
     EXPECT_STREQ(node.Error().Get(), "Null OptionsNodeEdit or invalid comment");
     gaps[5U] = 1;
     EXPECT_TRUE(Edit(&gaps, nullptr).Truncate(3) && gaps.size() == 3);
+    EXPECT_TRUE(Edit(&gaps, nullptr).Merge(OptionsNode(J("[1]")), OptionsNode(J("[0]"))));
+    EXPECT_EQ(Text(gaps), "[1,null,null]");  // a missing element is a null one
 }
 
 TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
@@ -133,6 +136,9 @@ TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
     EXPECT_EQ(Text(doc), "{'a':{'x':1}}");
     EXPECT_TRUE(inner.AddMember("w", root, false) && inner.Merge(root, root));
     EXPECT_EQ(Text(doc), "{'a':{'a':{'w':{'a':{'x':1}},'x':1},'w':{'a':{'x':1}},'x':1}}");
+    doc =
+        J("{'a':{'b':[{'i':0}]}}");  // the IDs of b, which the merge replaces before it needs them
+    EXPECT_TRUE(root.Merge(OptionsNode(J("{'a':{'b':[]},'b':[1]}")), OptionsNode(&doc["a"])));
 }
 
 }  // namespace

@@ -67,6 +67,10 @@ TEST(OptionsNodeTest, NumbersComeFromNumbersBooleansAndTextsOrAreTheDefault) {
 }
 
 TEST(OptionsNodeTest, TextsAreThoseOfTheScalars) {
+    const OptionsNode noText(Json::Value(Json::StaticString(nullptr)));
+    int32_t out = 0;
+    EXPECT_FALSE(noText.GetInt(out, noText.Value()));
+    EXPECT_STREQ(noText.Error().Get(), "Cannot get the string value");
     Json::Value list = J("[0,4294967295,1.5,'t',true,null,[1],{'a':1}]");
     list[0U] = -7;
     const char* texts[] = {"-7", "4294967295", "1.500000", "t", "true", "", "", "", ""};
@@ -78,18 +82,24 @@ TEST(OptionsNodeTest, TextsAreThoseOfTheScalars) {
 
 TEST(OptionsNodeTest, MembersAreVisitedInOrderAndSelectedWithTheirComments) {
     static std::string seen;
-    const MemberVisitor visitor(new GlobalCallback<void(bool&, const char*, const OptionsNode&)>(
-        [](bool& stop, const char* name, const OptionsNode& node) {
-            seen += name + Text(node.Value());
-            stop = *name == 'b';
-        }));
+    const auto visit = [](bool& stop, auto key, const OptionsNode& node) {
+        seen += (testing::Message() << key << Text(node.Value())).GetString();
+        stop = node.Value().asInt() == 2;
+    };
+    const MemberVisitor members(
+        new GlobalCallback<void(bool&, const char*, const OptionsNode&)>(visit));
+    const ElementVisitor elements(
+        new GlobalCallback<void(bool&, uint32_t, const OptionsNode&)>(visit));
     const MemberPredicate onlyB(
         new GlobalCallback<bool(const char*)>([](const char* name) { return *name == 'B'; }));
     OptionsNode node(J("{'c':3,'b':2,\n// why\n'B':1}"));
-    EXPECT_TRUE(node.ForEachMember(visitor) && node.SelectMembers(onlyB, node));
-    EXPECT_FALSE(OptionsNode(J("[1]")).ForEachMember(visitor));
+    EXPECT_TRUE(node.ForEachMember(members) && node.SelectMembers(onlyB, node));
+    const OptionsNode list(J("[7,2,9]"));
+    EXPECT_TRUE(list.ForEachElement(elements) && !node.ForEachElement(elements));
+    EXPECT_FALSE(list.ForEachMember(members) || list.SelectMembers(onlyB, node));
+    EXPECT_STREQ(list.Error().Get(), "Invalid node type: OptionsNode must be object type");
     EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(onlyB, node));
-    EXPECT_EQ(seen + Text(node.Value()), "B1b2{'B':1}");
+    EXPECT_EQ(seen + Text(node.Value()), "B1b20712{'B':1}");
     EXPECT_EQ(node.Value()["B"].getComment(Json::commentBefore), "// why");
 }
 
@@ -102,6 +112,9 @@ TEST(OptionsNodeTest, TextFormsKeepCommentsOnlyWhenPrinted) {
     EXPECT_EQ(out.Text(), "\n{\n   \"a\" : 1, //why\n   \"o\" : {}\n}\n\n");
     EXPECT_STREQ(node.GetCompactText().Get(), "{\"a\":1,\"o\":{}}\n");
     EXPECT_TRUE(node.GetNode({"o"}).GetCompactText().IsEmpty());
+    Json::Value odd;
+    odd[std::string("\0", 1)][1U] = "\t";
+    EXPECT_STREQ(OptionsNode(&odd).GetCompactText().Get(), "{\"\\u0000\":[null,\"\\t\"]}\n");
 }
 
 TEST(OptionsNodeTest, CopiesKeepAValueOfTheirOwnUnlessItNestsTooDeeply) {
