@@ -36,6 +36,9 @@ public:
     bool SetLeaf(const char* name, int32_t value, const char* comment);
     bool SetLeaf(const char* name, double value, const char* comment);
     bool SetLeaf(const char* name, bool value, const char* comment);
+    // No other pointer passes for a bool.
+    template <typename T>
+    bool SetLeaf(const char* name, const T* value, const char* comment) = delete;
 
     // A null source is refused, and so is this node's own value.
     bool AddMember(const char* name, const OptionsNode& source, bool replace);
