@@ -9,6 +9,8 @@ using namespace Simulator;
 
 class EndToEndPackageTest : public EndToEnd {
 protected:
+    EndToEndPackageTest() { setenv("P", PACKAGE_FILE, 1); }
+
     void Service(const std::string& action, int status, const std::string& text) {
         std::vector<std::string> command = terminal_->MonitorCommand({action});
         *(command.end() - 2) = "/etc/init.d/keldra-monitor";
@@ -20,11 +22,12 @@ protected:
 
 TEST_F(EndToEndPackageTest, EverythingHasItsRightsAndNothingActsByItself) {
     for (const char* check :
-         {"dpkg-deb -c $P | grep -c '^-rwxr-xr-x .* ./\\(usr/sbin\\|etc/init.d\\)/' | grep -qx 2",
-          "! dpkg-deb -c $P | grep -v '^[-d]rw[-x]r-[-x]r-[-x] root/root '",
-          "dpkg-deb -f $P Depends | grep -q 'libc6 (>= 2[.][0-9]*), .*libstdc++6 (>= [0-9]'",
-          "! dpkg-deb -I $P | grep -E ' (pre|post)(inst|rm) '"}) {
-        EXPECT_EQ(std::system((std::string("P=" PACKAGE_FILE "; ") + check).c_str()), 0) << check;
+         {"dpkg-deb -c \"$P\" | grep -c '^-rwxr-xr-x .* ./\\(usr/sbin\\|etc/init.d\\)/' | grep -qx "
+          "2",
+          "! dpkg-deb -c \"$P\" | grep -v '^[-d]rw[-x]r-[-x]r-[-x] root/root '",
+          "dpkg-deb -f \"$P\" Depends | grep -q 'libc6 (>= 2[.][0-9]*), .*libstdc++6 (>= [0-9]'",
+          "! dpkg-deb -I \"$P\" | grep -E ' (pre|post)(inst|rm) '"}) {
+        EXPECT_EQ(std::system(check), 0) << check;
     }
 }
 
@@ -34,12 +37,13 @@ TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
     // The script's shell would keep the library for itself: it comes from the daemon's settings.
     options.monitorWrapper = "/usr/bin/env";
     // Installed by dpkg, as root at least of a namespace, in a root that has nothing else.
-    const std::string install =
-        "mkdir -p $D/etc/default $D/var/lib/dpkg/info $D/var/lib/dpkg/updates && "
-        "touch $D/var/lib/dpkg/status && PATH=$PATH:/usr/sbin:/sbin && "
-        "$([ $(id -u) = 0 ] || echo unshare -r) dpkg --root=$D --force-depends -i " PACKAGE_FILE
-        " >$D/log 2>&1 || { cat $D/log; false; }";
-    ASSERT_EQ(std::system(("D=" + options.packageDirectory + "; " + install).c_str()), 0);
+    setenv("D", options.packageDirectory.c_str(), 1);
+    ASSERT_EQ(std::system("mkdir -p $D/etc/default $D/var/lib/dpkg/info $D/var/lib/dpkg/updates && "
+                          "touch $D/var/lib/dpkg/status && PATH=$PATH:/usr/sbin:/sbin && "
+                          "$([ $(id -u) = 0 ] || echo unshare -r) "
+                          "dpkg --root=$D --force-depends -i \"$P\" >$D/log 2>&1 || "
+                          "{ cat $D/log; false; }"),
+              0);
     const char* const settings = "package/etc/default/keldra_monitor";
     files_.Write(settings, std::string("KELDRA_MONITOR_OPTIONS='-t 1 -X 50'\nexport LD_PRELOAD=") +
                                kRedirectLibrary);
