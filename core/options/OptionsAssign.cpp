@@ -8,7 +8,9 @@ namespace {
 
 void AssignComment(Json::Value& destination, const Json::Value& source) {
     if (source.hasComment(Json::commentAfterOnSameLine)) {
-        JsonValue::SetSameLineComment(destination, source.getComment(Json::commentAfterOnSameLine));
+        // One line end is dropped from whatever is set: it must not be one of the comment's own.
+        JsonValue::SetSameLineComment(destination,
+                                      source.getComment(Json::commentAfterOnSameLine) + '\n');
     }
 }
 

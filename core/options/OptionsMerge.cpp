@@ -41,7 +41,7 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
     if (!context.destination.isObject()) {
         return context.Path() + ": Cannot merge object to non-object";
     }
-    // The IDs must mirror the source. Others have no members to look up: end here.
+    // The IDs must mirror the source. Others have no members to look up: refused.
     if (!JsonValue::IsObject(ids) && !source.empty()) {
         return context.Path() + kIdsMismatch;
     }
@@ -60,22 +60,17 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
     return {};
 }
 
-// An array filled with gaps lacks the null elements between the others, which count, too.
-void FillGaps(Json::Value& array) {
-    const Json::ArrayIndex size = array.size();
-    if (size != static_cast<Json::ArrayIndex>(array.end() - array.begin())) {
-        for (Json::ArrayIndex i = 0; i < size; ++i) {
-            (void)array[i];
-        }
-    }
-}
-
 // Merges into the first matching element, or appends.
 std::string MergeElement(const MergeContext& context, const Json::Value& source, uint32_t index,
                          const Json::Value& ids, ElementMatcher& matcher) {
     Json::Value& destination = context.destination;
     matcher.SetSource(source);
-    for (Json::Value& element : destination) {
+    const Json::ArrayIndex size = destination.size();
+    auto next = destination.begin();
+    const auto end = destination.end();
+    for (Json::ArrayIndex i = 0; i < size; ++i) {
+        // An array with gaps lacks some null elements; they come into being when looked at.
+        Json::Value& element = next != end && next.index() == i ? *next++ : destination[i];
         switch (matcher.Match(element)) {
             case ElementMatch::kDifferent:
                 break;
@@ -114,7 +109,6 @@ std::string MergeArray(const MergeContext& context, const Json::Value& source,
         AssignValue(context.destination, source);
         return {};
     }
-    FillGaps(context.destination);
     ElementMatcher matcher(ids[0U]);
     for (auto element = source.begin(), end = source.end(); element != end; ++element) {
         if (element->isNull()) {

@@ -144,7 +144,7 @@ bool OptionsNodeEdit::SetLeaf(const char* name, bool value, const char* comment)
     return SetLeafValue(name, Json::Value(value), comment);
 }
 
-bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, bool replace) {
+bool OptionsNodeEdit::MayAdd(const char* name, const OptionsNode& source, bool replace) const {
     if (!HoldsObject() || name == nullptr) {
         return Fail("Invalid operation: cannot add object to non-object OptionsNodeEdit");
     }
@@ -154,8 +154,12 @@ bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, boo
     if (!replace && JsonValue::FindMember(*editValue_, name) != nullptr) {
         return Fail("Invalid operation: object with the same name exists");
     }
+    return true;
+}
+
+bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, bool replace) {
     Json::Value member;
-    if (!CopySource(member, source)) {
+    if (!MayAdd(name, source, replace) || !CopySource(member, source)) {
         return false;
     }
     AssignValue((*editValue_)[name], std::move(member));
@@ -186,13 +190,15 @@ bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, boo
     if (!HoldsObject() || newName == nullptr || (missing && !allowMissing)) {
         return Fail(kMissingObject);
     }
-    (void)(*editValue_)[newName];
+    Json::Value& renamed = (*editValue_)[newName];
     Json::Value removed;
     if (!missing) {
+        if (JsonValue::FindMember(*editValue_, oldName) == &renamed) {
+            return Changed();  // both names are the same
+        }
         (void)editValue_->removeMember(oldName, &removed);
     }
-    // Looked up again: both names may be the same.
-    AssignValue((*editValue_)[newName], std::move(removed));
+    AssignValue(renamed, std::move(removed));
     return Changed();
 }
 
@@ -205,12 +211,15 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
     if (moved == nullptr) {
         return Fail(kMissingObject);
     }
+    const OptionsNodeEdit member(moved, destination.modified_, destination.Context());
+    if (!destination.MayAdd(newName, member, replace)) {
+        return false;
+    }
     const Json::Value* replaced = JsonValue::FindMember(destination.Value(), newName);
     if (IsPartOf(destination.editValue_, *moved) ||
         (replace && replaced != nullptr && IsPartOf(moved, *replaced))) {
         return destination.Fail(kMoveToSelf);
     }
-    const OptionsNodeEdit member(moved, destination.modified_, destination.Context());
     return destination.AddMember(newName, member, replace) && RemoveMember(name);
 }
 

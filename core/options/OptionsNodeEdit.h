@@ -12,7 +12,7 @@ namespace Quenda {
 //
 // A node given as a source may view a part of this tree, or the other way round; it is then
 // copied first. An edit that removes or replaces a value leaves every other node that views it, or
-// a part of it, dangling.
+// a part of it, dangling. So a name must not be the text of a value that the edit replaces.
 class OptionsNodeEdit : public OptionsNode {
 public:
     // Edits a value of its own, at first null. Changes are not tracked.
@@ -77,6 +77,8 @@ private:
     bool HoldsObject() const;
     bool HoldsArray() const;
     bool SetLeafValue(const char* name, Json::Value value, const char* comment);
+    // Whether the source may become a member: the refusals of `AddMember`.
+    bool MayAdd(const char* name, const OptionsNode& source, bool replace) const;
     // False after a failure: `copy` is then untouched. Copies before anything changes, for the
     // source may view a part of this value, or this value may be a part of the source.
     bool CopySource(Json::Value& copy, const OptionsNode& source) const;

@@ -113,6 +113,8 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     EXPECT_EQ(root.Error().Get(), std::string(kInvalid) + kMissing);
     EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into what is moved
     EXPECT_EQ(inner.Error().Get(), std::string(kInvalid) + kToSelf);
+    EXPECT_FALSE(root.MoveMember(inner, "c", "a", false));  // first of all it must be addable
+    EXPECT_EQ(inner.Error().Get(), std::string(kInvalid) + "object with the same name exists");
     EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over what holds it
     EXPECT_FALSE(inner.MoveMember(root, "n", "c", false) || modified);
     EXPECT_TRUE(inner.MoveMember(root, "n", "c", true) && modified);
@@ -122,11 +124,11 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
 TEST(OptionsNodeEditTest, SameLineCommentStaysUnlessTheSourceBringsOne) {
     Json::Value doc;
     Edit node(&doc, nullptr);
-    EXPECT_TRUE(node.SetLeaf("a", 1, "first") && node.SetLeaf("b", "x", ""));
+    EXPECT_TRUE(node.SetLeaf("a", 1, "first") && node.SetLeaf("b", "x", "\n\n"));
     EXPECT_TRUE(node.AddMember("a", OptionsNode(J("3")), true));
     EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//first");
     EXPECT_TRUE(node.RenameMember("a", "b", false));
-    EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//");
+    EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//\n");
 }
 
 TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
@@ -134,6 +136,9 @@ TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
     Edit root(&doc, nullptr), inner(&doc["a"], nullptr);
     (void)root.Overlay(OptionsNode(&doc["a"]), 0);
     EXPECT_EQ(Text(doc), "{'a':{'x':1}}");
+    const char* nameEnd = nullptr;
+    const char* const name = doc.begin().memberName(&nameEnd);  // the document's own text
+    EXPECT_TRUE(root.RenameMember(name, name, false));
     EXPECT_TRUE(inner.AddMember("w", root, false) && inner.Merge(root, root));
     EXPECT_EQ(Text(doc), "{'a':{'a':{'w':{'a':{'x':1}},'x':1},'w':{'a':{'x':1}},'x':1}}");
     doc =
