@@ -38,7 +38,7 @@ private:
     friend class ActivitySet;
 
     Callback* callback_;
-    CallbackHandle kept_;  // empty for a callback that is not owned
+    CallbackHandle kept_;  // of the same; empty for a callback that is not owned
     SharedText name_;
     ActivitySet* owner_ = nullptr;
 };

@@ -118,14 +118,14 @@ void EventLoop::SetWaitSignalMask(const sigset_t& mask) {
 
 bool EventLoop::Run() {
     terminate_ = false;
-    bool isSound = true;
+    isSound_ = true;
     while (!terminate_) {
-        isSound = WaitAndDispatch(false);
+        (void)WaitAndDispatch(false);
         timeKeeper_->ProcessExpired();
         activities_->Run(0);
     }
     LogError("EventLoop terminated\n");
-    return isSound;
+    return isSound_;
 }
 
 bool EventLoop::Poll() {
@@ -140,14 +140,15 @@ bool EventLoop::WaitAndDispatch(bool poll) {
         const int error = errno;
         if (error != EINTR) {
             LogError("EventLoop error %s (%d)\n", strerror(error), error);
+            LetSignalsIn();
         }
         if (IsFatalError(error)) {
             terminate_ = true;
-            return false;
+            isSound_ = false;
         }
-        return true;
+        return !IsFatalError(error);
     }
-    if (hasWaitSignalMask_ && (count > 0 || timeoutMs == 0)) {
+    if (count > 0 || timeoutMs == 0) {
         LetSignalsIn();
     }
     Dispatch(count);
@@ -155,8 +156,11 @@ bool EventLoop::WaitAndDispatch(bool poll) {
 }
 
 // epoll_pwait looks for signals only when it has to wait: a loop that always finds something to
-// do would never let one in.
+// do, or always fails, would never let one in.
 void EventLoop::LetSignalsIn() const {
+    if (!hasWaitSignalMask_) {
+        return;
+    }
     sigset_t mask;
     (void)sigprocmask(SIG_SETMASK, &waitSignalMask_, &mask);  // cannot fail with a valid mask
     (void)sigprocmask(SIG_SETMASK, &mask, nullptr);

@@ -45,16 +45,18 @@ public:
     bool RemoveActivity(ActivityHold* hold) { return activities_->Remove(hold); }
 
     // For signals that the process keeps blocked and that are to arrive while the loop waits, or
-    // instead of a wait for which there was no need: `mask` is then in force, not the process's.
+    // right after a wait that returned at once: `mask` is then in force, not the process's.
     void SetWaitSignalMask(const sigset_t& mask);
 
     // Runs until it is stopped, or until epoll reports that its own descriptor is no longer valid:
     // only then false. Either end is logged. A signal ends a wait early, which is harmless.
     bool Run();
     // For a callback: ends `Run` after this turn, whose timers and activities still get their pass.
+    // Ends nested runs, too, and has no effect on a later one.
     void Stop() { terminate_ = true; }
     // Dispatches what is ready now, without waiting; runs neither timers nor activities.
-    // False when the loop cannot go on.
+    // False when the loop cannot go on. Not from within a handler's callback: it would take over
+    // the events of the batch that is being dispatched.
     bool Poll();
 
     void Dump(Writable* out) const;
@@ -84,6 +86,7 @@ private:
     bool hasWaitSignalMask_ = false;
     bool handlersChanged_ = false;
     bool terminate_ = false;
+    bool isSound_ = true;  // epoll's own descriptor is valid, as far as is known
     std::map<int, FileDescriptorHandler*> handlers_;
     std::unique_ptr<ActivitySet> activities_;
 };

@@ -14,8 +14,8 @@ TimeKeeper& TimeKeeper::Instance() {
 
 void TimeKeeper::AddTimer(TimerTkIntf* timer) {
     const auto place = Insert(timer);
-    if (timer->keeper_ == nullptr) {
-        timer->keeper_ = this;
+    if (timer->keeper_ == 0) {
+        timer->keeper_ = number_;
         timer->place_ = place;
     } else {
         ++unplaced_;
@@ -34,22 +34,26 @@ TimerQueue::iterator TimeKeeper::Insert(TimerTkIntf* timer) {
 }
 
 void TimeKeeper::RemoveTimer(TimerTkIntf* timer) {
-    if (timer->keeper_ == this && timer->place_->first == timer->Expiry()) {
-        TakeOut(timer->place_);
-    } else if (unplaced_ != 0) {
-        const auto [first, last] = queue_.equal_range(timer->Expiry());
-        const auto found = std::find_if(
-            first, last, [timer](const auto& element) { return element.second == timer; });
-        if (found != last) {
-            TakeOut(found);
+    if (unplaced_ == 0) {
+        if (timer->keeper_ == number_ && timer->place_->first == timer->Expiry()) {
+            TakeOut(timer->place_);
         }
+        return;
+    }
+    const auto [first, last] = queue_.equal_range(timer->Expiry());
+    const auto found =
+        std::find_if(first, last, [timer](const auto& element) { return element.second == timer; });
+    if (found != last) {
+        TakeOut(found);
     }
 }
 
 void TimeKeeper::TakeOut(TimerQueue::iterator place) {
     TimerTkIntf* const timer = place->second;
-    if (timer->keeper_ == this) {
-        timer->keeper_ = nullptr;  // also when the note is of another element, which now has none
+    if (timer->keeper_ == number_) {
+        // The note may be of another element of this timer: that one is then unplaced, and the
+        // count stays.
+        timer->keeper_ = 0;
     } else {
         --unplaced_;
     }

@@ -42,6 +42,9 @@ private:
     // Elements without a note in their timer, because it was queued already, here or in another
     // manager. None of ours is; only while there are any, timers are searched for.
     size_t unplaced_ = 0;
+    // Tells this manager's notes from those of others, also of one that is gone.
+    inline static uint64_t lastNumber_ = 0;
+    const uint64_t number_ = ++lastNumber_;
 };
 
 }  // namespace Quenda

@@ -39,21 +39,39 @@ TimeValue TimerBase::TimeRemaining(const TimeValue& now) const {
     return HasExpired(now) ? TimeValue() : expiry_ - now;
 }
 
+// Looks out, as long as it lives, for the end of the timer that has the slot: also while a callback
+// throws, and within the watch of an outer call.
+class TimerBase::DestructionWatch {
+public:
+    explicit DestructionWatch(bool** slot)
+        : slot_(slot), outer_(std::exchange(*slot, &destroyed_)) {}
+    DestructionWatch(const DestructionWatch&) = delete;
+    DestructionWatch& operator=(const DestructionWatch&) = delete;
+    ~DestructionWatch() {
+        if (!destroyed_) {
+            *slot_ = outer_;
+        } else if (outer_ != nullptr) {
+            *outer_ = true;
+        }
+    }
+
+    bool Destroyed() const { return destroyed_; }
+
+private:
+    bool** const slot_;
+    bool* const outer_;
+    bool destroyed_ = false;
+};
+
 bool TimerBase::CallBack(const TimeValue& now) {
     if (!callback_) {
         return true;
     }
-    bool destroyed = false;
-    bool* const outer = std::exchange(destroyed_, &destroyed);
     // Kept here, too: the callback object outlives its own invocation.
     const Callback callback = callback_;
+    const DestructionWatch watch(&destroyed_);
     callback->Invoke(static_cast<unsigned int>(now.Milliseconds()), userData_);
-    if (!destroyed) {
-        destroyed_ = outer;
-    } else if (outer != nullptr) {
-        *outer = true;
-    }
-    return !destroyed;
+    return !watch.Destroyed();
 }
 
 }  // namespace Quenda

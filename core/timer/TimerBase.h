@@ -38,6 +38,8 @@ protected:
     bool CallBack(const TimeValue& now);
 
 private:
+    class DestructionWatch;
+
     SharedText name_;
     TimeValue expiry_;
     TimerMgrIntf* manager_;

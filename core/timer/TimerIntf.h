@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 
 #include "core/output/SharedText.h"
@@ -35,9 +36,10 @@ public:
     virtual SharedText Name() const = 0;
 
 private:
-    // A manager's note of where it has put this timer, so that it need not search for it.
+    // A manager's note of where it has put this timer, so that it need not search for it: the only
+    // data in an interface, for it belongs to the manager and has to be with the timer.
     friend class TimeKeeper;
-    const TimeKeeper* keeper_ = nullptr;  // null while it is not queued
+    uint64_t keeper_ = 0;  // its number; 0 while the timer is not queued
     TimerQueue::iterator place_;
 };
 

@@ -39,7 +39,7 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
         }
     } else if (is("delta") || is("rate")) {
         PrintDeltaTable(out, samples_, keys, is("rate"));
-    } else if (is("snapshot") && argc == 1) {
+    } else if (is("snapshot")) {
         TakeSnapshot(CurrentWallTime());
     } else if (is("periodic") && argc == 2) {
         Periodic(out, argv[1]);
@@ -47,9 +47,9 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
         Capture(out, argv[1], argv[2]);
     } else if (is("size") && argc == 2) {
         Resize(out, argv[1]);
-    } else if (is("reset") && argc == 1) {
+    } else if (is("reset")) {
         samples_.clear();
-    } else if (is("stop") && argc == 1) {
+    } else if (is("stop")) {
         timer_.Stop();
     } else {
         out->Puts(

@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 
 #include "core/timer/PeriodicTimer.h"
 #include "tests/core/event/LoopFixture.h"
@@ -60,6 +61,21 @@ TEST_F(EventLoopRunTest, OnlyABadDescriptorEndsItAndOtherErrorsAreLoggedEachTime
     size_t turn = 0;
     kernelWait = [&](int) { return errors.at(turn++); };
     EXPECT_EQ(Run(), invalid + invalid + kEnd);
+}
+
+TEST_F(EventLoopRunTest, WaitsThatFailOneAfterTheOtherLetSignalsIn) {
+    static bool came = false;
+    (void)signal(SIGUSR1, [](int) { came = true; });
+    sigset_t blocked{}, before{};
+    sigaddset(&blocked, SIGUSR1);
+    sigprocmask(SIG_BLOCK, &blocked, &before);
+    raise(SIGUSR1);
+    loop_.SetWaitSignalMask(before);
+    kernelWait = [](int) { return EINVAL; };
+    EXPECT_TRUE(loop_.Poll());
+    EXPECT_TRUE(came);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    (void)signal(SIGUSR1, SIG_DFL);
 }
 
 TEST_F(EventLoopRunTest, WaitsForTheNextTimerOrASecondAndNotAtAllForActivities) {

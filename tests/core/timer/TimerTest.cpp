@@ -92,7 +92,7 @@ TEST_F(TimerTest, CallbackMayStopRestartDestroyOrAddOthers) {
 }
 
 TEST_F(TimerTest, RemovalIsByExpiryAlsoForATimerThatIsQueuedTwice) {
-    Shot timer("t");
+    Shot timer("t", Note("t"));
     TimeKeeper other;
     other.AddTimer(&timer);
     timer.StartAt({5, 0});
@@ -101,7 +101,14 @@ TEST_F(TimerTest, RemovalIsByExpiryAlsoForATimerThatIsQueuedTwice) {
     timer.StartAt({0, 0});
     other.RemoveTimer(&timer);
     EXPECT_TRUE(keeper_.ActiveCount() == 1 && other.IsEmpty());
-    timer.Stop();
+    Shot next("x", Note("x"));
+    keeper_.AddTimer(&timer);
+    timer.Stop();  // leaves its second place, in front of the next one
+    next.StartAt({0, 0});
+    timer.StartAt({0, 0});
+    keeper_.RemoveTimer(&timer);
+    keeper_.ProcessExpired({0, 0});
+    EXPECT_EQ(journal_, "xt");
 }
 
 TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {
