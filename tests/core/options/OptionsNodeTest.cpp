@@ -56,6 +56,8 @@ void ExpectMember(const char* document, int32_t asInt, uint32_t asUInt, double a
 TEST(OptionsNodeTest, NumbersComeFromNumbersBooleansAndTextsOrAreTheDefault) {
     ExpectMember("{'v':' 42abc'}", 42, 42, 42.0, "");
     ExpectMember("{'v':'-1'}", -1, 4294967295U, -1.0, "");
+    ExpectMember("{'v':'4294967296'}", 2147483647, 4294967295U, 4294967296.0, "");
+    ExpectMember("{'v':'-2147483649'}", INT32_MIN, 2147483647U, -2147483649.0, "");
     ExpectMember("{'v':'0x1F'}", 31, 0, 31.0, "");  // "%u" stops at the x
     ExpectMember("{'v':true}", 1, 1, 1.0, "");
     ExpectMember("{'v':2.75}", 2, 2, 2.75, "");

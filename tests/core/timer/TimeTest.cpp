@@ -52,6 +52,7 @@ TEST(WallClockTest, FormatsSecondsAsUnsignedAndTimesInUtcUpTo255Characters) {
     char text[5];
     EXPECT_EQ(FormatSeconds({-1, 1999}, text, sizeof(text)), 17);
     EXPECT_STREQ(text, "4294");
+    EXPECT_STREQ(FormatTime(2177452800).Get(), "2039-01-01T00:00:00GMT");
     EXPECT_STREQ(FormatTime(4323283200).Get(), "2107-01-01T00:00:00GMT");
     EXPECT_EQ(FormatTime(0, std::string(255, 'x').c_str()).Length(), 255U);
     EXPECT_EQ(FormatTime(0, std::string(256, 'x').c_str()).Length(), 0U);

@@ -24,10 +24,11 @@ protected:
         return out.Text();
     }
 
-    // A sample of "n" at so many microseconds of 1970.
-    void Sample(const char* n, int32_t microseconds) {
+    // A sample of "n" at so many microseconds since 1970.
+    void Sample(const char* n, int64_t microseconds) {
         list_.Find("n")->SetFromText(n);
-        history_.TakeSnapshot({microseconds / 1000000, microseconds % 1000000});
+        history_.TakeSnapshot(
+            {microseconds / 1000000, static_cast<int32_t>(microseconds % 1000000)});
     }
 
     ValueList list_{{ValueDefinition::Int("n", 0), ValueDefinition::Text("text", "a")}};
@@ -77,14 +78,14 @@ TEST_F(ValueHistoryTest, CaptureTakesItsSamplesAndPeriodicKeepsTheLast) {
 
 TEST_F(ValueHistoryTest, SamplesPrintAsBlocksOrAsATable) {
     Sample("5", 59999499);
-    Sample("6", 59999500);  // rounded up into the next minute
+    Sample("6", 4323283199999500);  // rounded up into the next year
     EXPECT_EQ(Console({"show"}),
               "\n---- 1970-01-01 00:00:59.999 ----\nn = 5\ntext = \"a\"\n"
-              "\n---- 1970-01-01 00:01:00.000 ----\nn = 6\ntext = \"a\"\n");
+              "\n---- 2107-01-01 00:00:00.000 ----\nn = 6\ntext = \"a\"\n");
     Console({"size", "1"});
     EXPECT_EQ(Console({"show", "n", "a_name_of_15_ch", "text"}),
               "#                      Time ,            n , a_name_of_15_ch ,         text \n"
-              "    1970-01-01 00:01:00.000 ,            6 ,               - ,         \"a\"\n"
+              "    2107-01-01 00:00:00.000 ,            6 ,               - ,         \"a\"\n"
               " \n");
 }
 
