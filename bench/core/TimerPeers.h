@@ -33,5 +33,7 @@ public:
 std::unique_ptr<TimerSet> QuendaTimers(size_t count, TimerKind kind);
 std::unique_ptr<TimerSet> LibeventTimers(size_t count, TimerKind kind);
 std::unique_ptr<TimerSet> LibuvTimers(size_t count, TimerKind kind);
+// The floor of our own queue. Its turn is no turn of a loop: it only looks at the clock.
+std::unique_ptr<TimerSet> MultimapTimers(size_t count, TimerKind kind);
 
 }  // namespace Bench

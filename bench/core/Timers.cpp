@@ -18,6 +18,7 @@ constexpr size_t kOperations = 10000;  // of arming in one round
 constexpr int kRearmRounds = 41;
 constexpr size_t kLibevent = 1;  // in the list of contenders
 constexpr size_t kLibuv = 2;
+constexpr size_t kMultimap = 3;
 
 // Waits far from now, so that none of these timers is ever due.
 std::vector<uint32_t> LongWaits(size_t count) {
@@ -34,14 +35,15 @@ struct Sets {
         sets[0] = QuendaTimers(count, kind);
         sets[kLibevent] = LibeventTimers(count, kind);
         sets[kLibuv] = LibuvTimers(count, kind);
+        sets[kMultimap] = MultimapTimers(count, kind);
     }
 
-    std::unique_ptr<TimerSet> sets[3];
+    std::unique_ptr<TimerSet> sets[4];
 };
 
 template <typename Run>
 std::vector<Contender> Contenders(Sets& sets, Run run, std::function<void(TimerSet&)> prepare) {
-    static const char* const names[] = {"ours", "libevent", "libuv"};
+    static const char* const names[] = {"ours", "libevent", "libuv", "bare multimap"};
     std::vector<Contender> contenders;
     for (size_t i = 0; i < std::size(names); ++i) {
         TimerSet& set = *sets.sets[i];
@@ -71,7 +73,7 @@ std::string Among(const char* what, size_t count) {
 class TimerRows {
 public:
     // Of one operation, in seconds: ours and the peers', in the order of the contenders.
-    using Times = std::array<double, 3>;
+    using Times = std::array<double, 4>;
 
     bool AllMet() const { return allMet_; }
 
@@ -159,7 +161,8 @@ public:
         const Row row = {std::string("Timers: growth of ") + what + ", 100 to 100,000 timers",
                          Fixed(growth(0), 1) + " times",
                          "a logarithm 2.5, libevent " + Fixed(growth(kLibevent), 1) + ", libuv " +
-                             Fixed(growth(kLibuv), 1),
+                             Fixed(growth(kLibuv), 1) + ", bare multimap " +
+                             Fixed(growth(kMultimap), 1),
                          "at most twice a logarithm, with the caches' part", growth(0) <= 5.0};
         Print(row);
         allMet_ = allMet_ && row.met;
@@ -176,7 +179,7 @@ private:
         Print(row);
         allMet_ = allMet_ && row.met;
         return {times.Median(0) / operations, times.Median(kLibevent) / operations,
-                times.Median(kLibuv) / operations};
+                times.Median(kLibuv) / operations, times.Median(kMultimap) / operations};
     }
 
     bool allMet_ = true;
