@@ -22,24 +22,18 @@ TEST_F(HeartbeatTimerBaseTest, StartArmsAndASecondStartIsRefused) {
 }
 
 TEST_F(HeartbeatTimerBaseTest, TimeoutsThatReloadAcceptsAndRejects) {
-    const struct {
-        int timeout;
-        bool accepted;
-    } cases[] = {
-        {1, true},       {4294967, true},   {4294968, true},
-        {5000000, true}, {INT32_MAX, true},  // the upper limit is written down, never enforced
-        {0, false},      {-1, false},       {INT32_MIN, false},
-    };
-    for (const auto& c : cases) {
+    // The upper limit of 4294967 seconds is written down, never enforced.
+    for (const int timeout : {4294968, INT32_MAX, 1, 0, -1}) {
+        const bool accepted = timeout > 0;
         Capture log(2);
-        EXPECT_EQ(Reload(c.timeout), c.accepted) << c.timeout;
-        EXPECT_EQ(log.Stop(), c.accepted ? ""
-                                         : "HeartbeatReadTimer: Reload: Heartbeat timeout must be "
-                                           "a positive integer: " +
-                                               std::to_string(c.timeout) + "\n");
-        EXPECT_EQ(timer_.GetTimeout(), c.accepted ? static_cast<uint32_t>(c.timeout) : 10U);
+        EXPECT_EQ(Reload(timeout), accepted) << timeout;
+        EXPECT_EQ(log.Stop(), accepted ? ""
+                                       : "HeartbeatReadTimer: Reload: Heartbeat timeout must be a "
+                                         "positive integer: " +
+                                             std::to_string(timeout) + "\n");
+        EXPECT_EQ(timer_.GetTimeout(), accepted ? static_cast<uint32_t>(timeout) : 10U);
         // A rejected timeout takes the file name along.
-        EXPECT_EQ(timer_.GetFilename() == File(), c.accepted);
+        EXPECT_EQ(timer_.GetFilename() == File(), accepted);
     }
     // What -t -1 comes to: the text is read as a signed 32-bit number, which stops at its largest.
     EXPECT_TRUE(Reload(4294967295U));

@@ -51,7 +51,6 @@ protected:
         Capture log(2);
         bool read = false;
         heartbeatReader.OnTimeout(0, &read);
-        fflush(stderr);
         const bool result = CheckHealth(read);
         log_ = log.Stop();
         return result;

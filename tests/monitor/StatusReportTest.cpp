@@ -74,9 +74,6 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
               "Current Activities: 0\n"
               "New Activities: 0\n"
               "\n");
-    settings = MonitorSettings();
-    statistics = {};
-    supervision = {};
 }
 
 }  // namespace
