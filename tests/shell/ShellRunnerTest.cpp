@@ -30,15 +30,15 @@ protected:
     std::map<int, std::string> before_ = OpenDescriptors();
 };
 
-// Runs `body` in a child of its own and returns what it returns.
-int InChild(const std::function<int()>& body) {
+// Whether `body`, run in a child of its own, returns true.
+bool InChild(const std::function<bool()>& body) {
     const pid_t child = fork();
     if (child == 0) {
-        _exit(body());
+        _exit(body() ? 0 : 1);
     }
     int status = 0;
     waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
@@ -87,21 +87,20 @@ TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
         {RLIMIT_NOFILE, "pipe: Too many open files\n"},
         {RLIMIT_NPROC, "fork: Resource temporarily unavailable\n"}};
     for (const auto& [resource, reason] : cases) {
-        EXPECT_EQ(InChild([resource = resource, expected = reason] {
-                      (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
-                      const auto before = OpenDescriptors();
-                      std::string output = "lost";
-                      rlimit limit{};
-                      getrlimit(resource, &limit);
-                      const rlimit none = {0, limit.rlim_max};
-                      setrlimit(resource, &none);
-                      const bool ran = RunShellCommand(":", output);
-                      setrlimit(resource, &limit);
-                      return ran + 2 * (output != "Shell Failed: Failed to create " + expected) +
-                             4 * (OpenDescriptors() != before);
-                  }),
-                  0)
-            << reason;
+        EXPECT_TRUE(InChild([resource = resource, expected = reason] {
+            (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
+            const auto before = OpenDescriptors();
+            std::string output = "lost";
+            rlimit limit{};
+            getrlimit(resource, &limit);
+            const rlimit none = {0, limit.rlim_max};
+            setrlimit(resource, &none);
+            const bool ran = RunShellCommand(":", output);
+            setrlimit(resource, &limit);
+            EXPECT_EQ(output, "Shell Failed: Failed to create " + expected);
+            EXPECT_EQ(OpenDescriptors(), before);
+            return !ran && !HasFailure();
+        })) << reason;
     }
 }
 
@@ -124,17 +123,14 @@ TEST_F(ShellRunnerTest, SystemTellsOnlySuccess) {
 }
 
 TEST_F(ShellRunnerTest, InheritedDescriptorsAreClosedUpTo1023) {
-    EXPECT_EQ(InChild([] {
-                  dup2(STDERR_FILENO, 3);
-                  dup2(STDERR_FILENO, 1023);
-                  const bool above = dup2(STDERR_FILENO, 1024) == 1024;
-                  CloseInheritedDescriptors();
-                  return OpenDescriptors().rbegin()->first == STDERR_FILENO &&
-                                 above == (fcntl(1024, F_GETFD) != -1)
-                             ? 0
-                             : 1;
-              }),
-              0);
+    EXPECT_TRUE(InChild([] {
+        dup2(STDERR_FILENO, 3);
+        dup2(STDERR_FILENO, 1023);
+        const bool above = dup2(STDERR_FILENO, 1024) == 1024;
+        CloseInheritedDescriptors();
+        return OpenDescriptors().rbegin()->first == STDERR_FILENO &&
+               above == (fcntl(1024, F_GETFD) != -1);
+    }));
 }
 
 }  // namespace
