@@ -23,7 +23,7 @@ protected:
                      ValueDefinition::UInt("mask", 7), ValueDefinition::Double("ratio", 0.5)}};
 };
 
-TEST_F(ValueListTest, TextsAndNumbersAreTakenByKindInTheRangesOfA32BitLong) {
+TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
     const std::tuple<const char*, int32_t, uint32_t, double> cases[] = {
         {" \t-0X1F", -31, 4294967265U, -31.0},
         {"017", 15, 15, 17.0},
