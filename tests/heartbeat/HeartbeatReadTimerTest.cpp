@@ -1,6 +1,5 @@
 #include "heartbeat/HeartbeatReadTimer.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -64,7 +64,6 @@ TEST_F(HeartbeatTimerBaseTest, FailedReloadStopsTheTimerAndIsTriedAgain) {
     for (int i = 0; i < 2; ++i) {
         Capture log(2);
         EXPECT_FALSE(Reload(0U));  // the second time, too: the same options are not skipped
-        EXPECT_NE(log.Stop(), "");
         EXPECT_FALSE(timer_.IsActive());
     }
     EXPECT_TRUE(Reload(20U));

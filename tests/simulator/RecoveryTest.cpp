@@ -12,7 +12,6 @@ TEST_F(EndToEndRecoveryTest, FaultsOfARunningKeldraAreMendedByARestart) {
         const char* sign;
         size_t keldras;  // after the restart; one that ignores SIGQUIT stays beside its successor
     } cases[] = {
-        {KeldraFault::kShortFile, "Read: Failed to read from the heartbeat file", 1},
         {KeldraFault::kMissingFile, "Read: Failed to open the heartbeat file", 1},
         {KeldraFault::kIgnoreQuit, "Keldra missed a heartbeat", 2},
     };
