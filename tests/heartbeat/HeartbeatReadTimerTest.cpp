@@ -19,11 +19,8 @@ protected:
 };
 
 TEST_F(HeartbeatReadTimerTest, CountsAreJudgedInPairs) {
-    const struct {
-        uint32_t count;
-        bool missed;
-        bool inError;
-    } checks[] = {
+    // The count, whether it was missed, and whether it is an error.
+    const std::tuple<uint32_t, bool, bool> checks[] = {
         {7, false, false},           // the first count after the start, against 0
         {7, true, false},            // silence
         {8, false, false},           // progress
@@ -32,12 +29,12 @@ TEST_F(HeartbeatReadTimerTest, CountsAreJudgedInPairs) {
         {0, true, true},
         {1, false, false},
     };
-    for (const auto& c : checks) {
-        WriteCount(c.count);
-        EXPECT_TRUE(Check()) << c.count;
-        EXPECT_EQ(timer_.GetLastCount(), c.count);
-        EXPECT_EQ(timer_.HeartbeatMissed(), c.missed) << c.count;
-        EXPECT_EQ(timer_.InErrorState(), c.inError) << c.count;
+    for (const auto& [count, missed, inError] : checks) {
+        WriteCount(count);
+        EXPECT_TRUE(Check()) << count;
+        EXPECT_EQ(timer_.GetLastCount(), count);
+        EXPECT_EQ(timer_.HeartbeatMissed(), missed) << count;
+        EXPECT_EQ(timer_.InErrorState(), inError) << count;
     }
 }
 

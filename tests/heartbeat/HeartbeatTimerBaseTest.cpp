@@ -10,8 +10,7 @@ class HeartbeatTimerBaseTest : public HeartbeatFixture {};
 TEST_F(HeartbeatTimerBaseTest, StartArmsAndASecondStartIsRefused) {
     EXPECT_FALSE(timer_.CheckNow());  // idle: nothing to do
     EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);
-    ASSERT_TRUE(Reload(1000U));
-    EXPECT_TRUE(timer_.Start());
+    ASSERT_TRUE(Reload(1000U) && timer_.Start());
     EXPECT_EQ(Quenda::TimeKeeper::Instance().ActiveCount(), 1U);
     EXPECT_LT(timer_.GetSecondsToNextCheck(), 500U);  // a random delay below half the period
     Capture log(2);
@@ -38,14 +37,13 @@ TEST_F(HeartbeatTimerBaseTest, TimeoutsThatReloadAcceptsAndRejects) {
     // What -t -1 comes to: the text is read as a signed 32-bit number, which stops at its largest.
     EXPECT_TRUE(Reload(4294967295U));
     EXPECT_EQ(timer_.GetTimeout(), static_cast<uint32_t>(INT32_MAX));
-    ASSERT_TRUE(Reload(4294968));  // 4,294,968,000 ms: 704 of them are left in 32 bits
-    ASSERT_TRUE(timer_.Start());
+    // 4,294,968,000 ms: 704 of them are left in 32 bits.
+    ASSERT_TRUE(Reload(4294968) && timer_.Start());
     EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);
 }
 
 TEST_F(HeartbeatTimerBaseTest, ReloadRestartsOnlyAnActiveTimerAndSkipsEqualOptions) {
-    ASSERT_TRUE(Reload(20U));
-    ASSERT_TRUE(timer_.Start());
+    ASSERT_TRUE(Reload(20U) && timer_.Start());
     WriteCount(9);
     ASSERT_TRUE(Check());
     EXPECT_TRUE(Reload(20U));
@@ -53,25 +51,23 @@ TEST_F(HeartbeatTimerBaseTest, ReloadRestartsOnlyAnActiveTimerAndSkipsEqualOptio
     EXPECT_TRUE(Reload(30U));
     EXPECT_TRUE(timer_.IsActive());
     EXPECT_EQ(timer_.GetLastCount(), 0U);
-    ASSERT_TRUE(timer_.Stop());
-    EXPECT_TRUE(Reload(30U));
+    EXPECT_TRUE(timer_.Stop() && Reload(30U));
     EXPECT_FALSE(timer_.IsActive());
 }
 
 TEST_F(HeartbeatTimerBaseTest, FailedReloadStopsTheTimerAndIsTriedAgain) {
-    ASSERT_TRUE(Reload(20U));
-    ASSERT_TRUE(timer_.Start());
+    ASSERT_TRUE(Reload(20U) && timer_.Start());
     for (int i = 0; i < 2; ++i) {
         Capture log(2);
         EXPECT_FALSE(Reload(0U));  // the second time, too: the same options are not skipped
         EXPECT_FALSE(timer_.IsActive());
     }
     EXPECT_TRUE(Reload(20U));
+    EXPECT_EQ(timer_.GetTimeout(), 20U);
 }
 
 TEST_F(HeartbeatTimerBaseTest, CheckNowReadsAndRestartsThePeriod) {
-    ASSERT_TRUE(Reload(1000U));
-    ASSERT_TRUE(timer_.Start());
+    ASSERT_TRUE(Reload(1000U) && timer_.Start());
     WriteCount(3);
     EXPECT_TRUE(timer_.CheckNow());
     EXPECT_EQ(timer_.GetLastCount(), 3U);

@@ -17,10 +17,7 @@ constexpr OptionsType kFactory = OptionsType::kFactory;
 constexpr uint32_t kMost = UINT32_MAX;
 
 TEST(JudgementTest, StateComesFromTheFirstFactThatDecides) {
-    const struct {
-        HealthFacts facts;
-        KeldraState state;
-    } cases[] = {
+    const std::pair<HealthFacts, KeldraState> cases[] = {
         {{-1, false, true, true}, KeldraState::kUnknown},
         {{0, false, true, true}, KeldraState::kNotRunning},
         {{1, false, false, false}, KeldraState::kInErrorState},  // no heartbeat file
@@ -29,10 +26,9 @@ TEST(JudgementTest, StateComesFromTheFirstFactThatDecides) {
         {{1, true, false, true}, KeldraState::kMissedHeartbeat},
         {{1, true, false, false}, KeldraState::kUpAndOkay},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(ClassifyKeldra(c.facts), c.state)
-            << c.facts.keldraPid << c.facts.heartbeatRead << c.facts.inErrorState
-            << c.facts.heartbeatMissed;
+    for (const auto& [facts, state] : cases) {
+        EXPECT_EQ(ClassifyKeldra(facts), state) << facts.keldraPid << facts.heartbeatRead
+                                                << facts.inErrorState << facts.heartbeatMissed;
     }
 }
 

@@ -19,11 +19,8 @@ namespace {
 
 TEST(ParseProcessStatTest, HostileAndDamagedLines) {
     const std::string longName(140, 'n');
-    const struct {
-        std::string line;
-        const char* name;  // null: refused
-        int32_t parent;
-    } cases[] = {
+    // The line, the name (null: refused) and the parent.
+    const std::tuple<std::string, const char*, int32_t> cases[] = {
         {"12 (keldra) S 1 12 12 0", "keldra", 1},
         {"12 (fifteen_letters) D 4194304 0", "fifteen_letters", 4194304},
         {"12 () S 1 1", "", 1},
@@ -44,13 +41,12 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
         {"12 (" + longName + ") S 1", nullptr, 0},
         {"12 (keldra) S 1 " + std::string(300, '9'), "keldra", 1},
     };
-    for (const auto& c : cases) {
+    for (const auto& [line, expected, expectedParent] : cases) {
         char name[kProcessNameSize] = "untouched";
         int32_t parent = 99;
-        const bool parsed = ParseProcessStat(c.line.c_str(), name, parent);
-        ASSERT_EQ(parsed, c.name != nullptr) << c.line;
-        EXPECT_STREQ(name, c.name != nullptr ? c.name : "untouched") << c.line;
-        EXPECT_EQ(parent, c.name != nullptr ? c.parent : 99) << c.line;
+        ASSERT_EQ(ParseProcessStat(line.c_str(), name, parent), expected != nullptr) << line;
+        EXPECT_STREQ(name, expected != nullptr ? expected : "untouched") << line;
+        EXPECT_EQ(parent, expected != nullptr ? expectedParent : 99) << line;
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include "core/options/OptionsNodeEdit.h"
 #include "monitor/MonitorState.h"
-#include "tests/support/TempDir.h"
+#include "tests/support/Capture.h"
 
 namespace Monitor {
 
@@ -19,12 +19,9 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
     ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
     ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
-    const TempDir dir;
-    const std::string path = dir.File("report");
-    FILE* const file = fopen(path.c_str(), "w");
-    WriteStatusReport(file);
-    fclose(file);
-    EXPECT_EQ(ReadFile(path),
+    Capture output(1);
+    WriteStatusReport(stdout);
+    EXPECT_EQ(output.Stop(),
               R"(Parameters
 ==========
 Keldra Monitor Process Name: keldra_monitor

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <functional>
 
 #include "tests/support/Descriptors.h"
 
@@ -29,17 +28,6 @@ protected:
 
     std::map<int, std::string> before_ = OpenDescriptors();
 };
-
-// Whether `body`, run in a child of its own, returns true.
-bool InChild(const std::function<bool()>& body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(body() ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     const std::pair<const char*, std::string> cases[] = {
@@ -87,7 +75,7 @@ TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
         {RLIMIT_NOFILE, "pipe: Too many open files\n"},
         {RLIMIT_NPROC, "fork: Resource temporarily unavailable\n"}};
     for (const auto& [resource, reason] : cases) {
-        EXPECT_TRUE(InChild([resource = resource, expected = reason] {
+        const auto run = [resource = resource, expected = reason] {
             (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
             const auto before = OpenDescriptors();
             std::string output = "lost";
@@ -95,12 +83,13 @@ TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
             getrlimit(resource, &limit);
             const rlimit none = {0, limit.rlim_max};
             setrlimit(resource, &none);
-            const bool ran = RunShellCommand(":", output);
+            EXPECT_FALSE(RunShellCommand(":", output));
             setrlimit(resource, &limit);
             EXPECT_EQ(output, "Shell Failed: Failed to create " + expected);
             EXPECT_EQ(OpenDescriptors(), before);
-            return !ran && !HasFailure();
-        })) << reason;
+            _exit(HasFailure() ? 1 : 0);
+        };
+        EXPECT_EXIT(run(), testing::ExitedWithCode(0), "") << reason;
     }
 }
 
@@ -123,14 +112,17 @@ TEST_F(ShellRunnerTest, SystemTellsOnlySuccess) {
 }
 
 TEST_F(ShellRunnerTest, InheritedDescriptorsAreClosedUpTo1023) {
-    EXPECT_TRUE(InChild([] {
+    const auto closeAll = [] {
         dup2(STDERR_FILENO, 3);
         dup2(STDERR_FILENO, 1023);
         const bool above = dup2(STDERR_FILENO, 1024) == 1024;
         CloseInheritedDescriptors();
-        return OpenDescriptors().rbegin()->first == STDERR_FILENO &&
-               above == (fcntl(1024, F_GETFD) != -1);
-    }));
+        _exit(OpenDescriptors().rbegin()->first == STDERR_FILENO &&
+                      above == (fcntl(1024, F_GETFD) != -1)
+                  ? 0
+                  : 1);
+    };
+    EXPECT_EXIT(closeAll(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

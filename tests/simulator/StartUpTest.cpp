@@ -76,13 +76,3 @@ TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
         EXPECT_EQ(LogLines(message), lines) << timeout;
     }
 }
-
-TEST_F(EndToEndStartUpTest, DaemonOfAnotherKindRunsUnderItsWrapperWithBigEndianCounts) {
-    TerminalOptions options;
-    options.monitorWrapper = std::string("/usr/bin/env LD_PRELOAD=") + kRedirectLibrary;
-    options.bigEndianHeartbeat = true;
-    PowerOn(options);
-    StartHealthy();
-    EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
-    EXPECT_EQ(ReadFile(terminal_->Path(kHeartbeatFile)).size(), 4U);
-}
