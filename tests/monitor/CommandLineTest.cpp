@@ -8,7 +8,7 @@
 
 #include "tests/support/Capture.h"
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -105,5 +105,3 @@ TEST_F(CommandLineTest, VersionActsAtOnceInOptionOrder) {
 }
 
 }  // namespace
-
-}  // namespace Monitor

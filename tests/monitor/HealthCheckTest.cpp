@@ -15,7 +15,7 @@
 #include "tests/support/NamedProcess.h"
 #include "tests/support/TempDir.h"
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -165,5 +165,3 @@ TEST_F(HealthCheckTest, PassingTheMaximumLogsSetsTheLedsAndExits0) {
 }
 
 }  // namespace
-
-}  // namespace Monitor

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -80,5 +80,3 @@ TEST(JudgementTest, TextsAreTheOperatorsAndUnknownValuesHaveNone) {
 }
 
 }  // namespace
-
-}  // namespace Monitor

@@ -13,7 +13,7 @@
 #include "tests/support/NamedProcess.h"
 #include "tests/support/TempDir.h"
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -122,5 +122,3 @@ TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
 }
 
 }  // namespace
-
-}  // namespace Monitor

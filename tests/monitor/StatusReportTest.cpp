@@ -6,7 +6,7 @@
 #include "monitor/MonitorState.h"
 #include "tests/support/Capture.h"
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -75,5 +75,3 @@ New Activities: 0
 }
 
 }  // namespace
-
-}  // namespace Monitor

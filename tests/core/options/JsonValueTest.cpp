@@ -7,7 +7,8 @@
 #include "tests/core/options/Json.h"
 #include "tests/support/Capture.h"
 
-namespace Quenda::JsonValue {
+using namespace Quenda::JsonValue;
+
 namespace {
 
 TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
@@ -55,4 +56,3 @@ TEST(JsonValueTest, UnsuitableTypesAreComplainedAboutAndEndTheProcess) {
 }
 
 }  // namespace
-}  // namespace Quenda::JsonValue

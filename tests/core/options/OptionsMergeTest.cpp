@@ -1,7 +1,8 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "tests/core/options/Json.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 constexpr char kType[] = "Invalid operation: cannot change type of existing OptionsNodeEdit";
@@ -56,4 +57,3 @@ TEST(OptionsMergeTest, TreesNestedTooDeeplyAreRefusedUnchanged) {
 }
 
 }  // namespace
-}  // namespace Quenda

@@ -4,7 +4,8 @@
 
 #include "tests/core/options/Json.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 using Edit = OptionsNodeEdit;
@@ -141,4 +142,3 @@ TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
 }
 
 }  // namespace
-}  // namespace Quenda

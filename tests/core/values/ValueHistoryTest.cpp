@@ -8,7 +8,8 @@
 #include "core/output/StringWritable.h"
 #include "core/timer/TimeKeeper.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 class ValueHistoryTest : public testing::Test {
@@ -103,4 +104,3 @@ TEST_F(ValueHistoryTest, ChangesAndRatesAreTakenBetweenNeighbours) {
 }
 
 }  // namespace
-}  // namespace Quenda

@@ -5,7 +5,8 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StringWritable.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 constexpr char kDefaults[] = "file = \"/x\"\nlimit = -10\nmask = 7\nratio = 0.500000\n";
@@ -91,4 +92,3 @@ TEST_F(ValueListTest, HistoryIsCreatedOnFirstUseAndLostWhenDisabled) {
 }
 
 }  // namespace
-}  // namespace Quenda
