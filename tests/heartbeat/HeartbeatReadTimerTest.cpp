@@ -13,8 +13,7 @@
 
 namespace {
 
-class HeartbeatReadTimerTest : public HeartbeatFixture {
-protected:
+struct HeartbeatReadTimerTest : HeartbeatFixture {
     HeartbeatReadTimerTest() { EXPECT_TRUE(Reload(10U)); }
 };
 

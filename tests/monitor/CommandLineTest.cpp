@@ -12,8 +12,7 @@ using namespace Monitor;
 
 namespace {
 
-class CommandLineTest : public testing::Test {
-protected:
+struct CommandLineTest : testing::Test {
     std::optional<int> Parse(std::vector<std::string> arguments) {
         std::vector<char*> argv = {program_};
         for (std::string& argument : arguments) {

@@ -21,8 +21,7 @@ namespace {
 
 // The real check on real processes and files, on a machine without the board's watchdog. Neither
 // program exists in /usr/sbin, so nothing is ever started.
-class HealthCheckTest : public testing::Test {
-protected:
+struct HealthCheckTest : testing::Test {
     void SetUp() override {
         if (access("/proc/cpld/watchdog", F_OK) == 0) {
             GTEST_SKIP() << "this machine has the board's watchdog, which the check would arm";

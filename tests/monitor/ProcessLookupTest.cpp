@@ -67,8 +67,7 @@ TEST(ProcessLookupTest, ReadsRealProcessesWithHostileNames) {
 }
 
 // Processes of a name that nobody else uses.
-class ProcessesByNameTest : public testing::Test {
-protected:
+struct ProcessesByNameTest : testing::Test {
     const std::string own_ = OwnName("kt");
     const char* const name_ = own_.c_str();
     std::vector<int32_t> pids_;

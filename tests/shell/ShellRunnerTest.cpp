@@ -18,8 +18,7 @@ using namespace Quenda;
 namespace {
 
 // Whatever happens, nothing may be left behind: no descriptor and no child.
-class ShellRunnerTest : public testing::Test {
-protected:
+struct ShellRunnerTest : testing::Test {
     void TearDown() override {
         EXPECT_EQ(OpenDescriptors(), before_);
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);

@@ -15,8 +15,7 @@ constexpr uint64_t kDaemonsSignals =
 
 }  // namespace
 
-class EndToEndHygieneTest : public EndToEnd {
-protected:
+struct EndToEndHygieneTest : EndToEnd {
     static std::string Proc(pid_t pid) { return "/proc/" + std::to_string(pid); }
     // Which of the daemon's signals the process has in this line of its status.
     uint64_t Signals(pid_t pid, const std::string& line) {

@@ -11,8 +11,7 @@ using namespace Quenda;
 namespace {
 
 // Three holds, each of which notes its name and the argument and then acts.
-class ActivitySetTest : public testing::Test {
-protected:
+struct ActivitySetTest : testing::Test {
     struct Work {
         Work(std::string& journal, const char* name) {
             auto* call = new CallbackTo<bool(int)>([this, &journal, name](int argument) {

@@ -12,8 +12,7 @@ using namespace Quenda;
 
 namespace {
 
-class ValueHistoryTest : public testing::Test {
-protected:
+struct ValueHistoryTest : testing::Test {
     ValueHistoryTest() {
         setenv("TZ", "UTC", 1);
         tzset();

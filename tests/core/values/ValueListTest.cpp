@@ -12,8 +12,7 @@ namespace {
 constexpr char kDefaults[] = "file = \"/x\"\nlimit = -10\nmask = 7\nratio = 0.500000\n";
 constexpr char kUsage[] = "Usage: show [key] | reset [key] | set {key} {value}\n";
 
-class ValueListTest : public testing::Test {
-protected:
+struct ValueListTest : testing::Test {
     std::string Console(const std::vector<const char*>& words) {
         StringWritable out;
         list_.Command(&out, static_cast<int>(words.size()), words.data());
