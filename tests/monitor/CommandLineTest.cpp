@@ -60,7 +60,6 @@ TEST_F(CommandLineTest, EveryOptionReachesItsSettingAndTheLastOneWins) {
     EXPECT_EQ(settings_.max_strikes, 9U);
     EXPECT_EQ(settings_.service_script, "/s");
     EXPECT_EQ(settings_.led_control_script, "/l");
-    EXPECT_EQ(settings_.monitor_process_name, "keldra_monitor");
 }
 
 TEST_F(CommandLineTest, NumbersAreScannedAsTheTerminalScansThem) {

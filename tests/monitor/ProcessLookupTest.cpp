@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <string>
@@ -105,16 +104,11 @@ TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
     NamedProcess b(own_);
     const std::string bystander = OwnName("other");
     const NamedProcess other(bystander);
-    // In a child, which takes the name of the others and does not survive the call.
-    const pid_t child = fork();
-    if (child == 0) {
+    const auto signalAsOneOfThem = [this] {
         prctl(PR_SET_NAME, name_);
         (void)SignalProcessesByName(name_, SIGTERM);
-        _exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    };
+    EXPECT_EXIT(signalAsOneOfThem(), testing::KilledBySignal(SIGTERM), "");
     EXPECT_EQ(a.Wait(), SIGTERM);  // had it come after the caller, it would still live
     EXPECT_EQ(b.Wait(), SIGTERM);
     EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));

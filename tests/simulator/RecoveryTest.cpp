@@ -27,15 +27,13 @@ TEST_F(EndToEndRecoveryTest, FaultsOfARunningKeldraAreMendedByARestart) {
 }
 
 TEST_F(EndToEndRecoveryTest, EveryWayOfNotStartingHasItsMessage) {
-    const std::string killed = files_.Write("killed", "#!/bin/sh\nkill -9 $$\n");
-    const std::string plain = files_.Write("plain", "not a program\n");
-    const std::tuple<std::string, mode_t, std::string> cases[] = {
-        {killed, 0755, " did not exit normally!"},
-        {plain, 0644, "Keldra failed to start, status: 65"},
+    const std::tuple<const char*, mode_t, const char*> cases[] = {
+        {"#!/bin/sh\nkill -9 $$\n", 0755, " did not exit normally!"},
+        {"not a program\n", 0644, "Keldra failed to start, status: 65"},
     };
-    for (const auto& [program, mode, message] : cases) {
+    for (const auto& [content, mode, message] : cases) {
         TerminalOptions options;
-        options.keldraProgram = program;
+        options.keldraProgram = files_.Write("keldra", content);
         PowerOn(options);
         ASSERT_EQ(chmod(terminal_->Path(kKeldraProgram).c_str(), mode), 0);
         StartMonitor();
