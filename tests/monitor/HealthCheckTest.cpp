@@ -65,7 +65,7 @@ struct HealthCheckTest : testing::Test {
     std::string log_;
 };
 
-constexpr char kNoWatchdog[] = "wdStart (238) : WD_FILE_NOT_FOUND\n";
+const std::string kNoWatchdog = "wdStart (238) : WD_FILE_NOT_FOUND\n";
 
 TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsSeenToEachTime) {
     for (uint32_t strike = 1; strike <= 3; ++strike) {
@@ -80,17 +80,17 @@ TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsSeenToEachTime)
 
     const NamedProcess keldra(keldraName_);
     EXPECT_TRUE(Check(4));
-    EXPECT_EQ(log_,
-              std::string("Keldra started responding again after 28 seconds\n") + kNoWatchdog);
+    EXPECT_EQ(log_, "Keldra started responding again after 28 seconds\n" + kNoWatchdog);
     EXPECT_EQ(supervision.optionsType, OptionsType::kNormal);
     EXPECT_EQ(supervision.keldraPid, keldra.Pid());
     EXPECT_EQ(statistics.keldra_recovered, 1U);
     sshd_.reset();
     settings.service_script = "echo no; false; exit 2; #";
     EXPECT_FALSE(Check(5));
-    EXPECT_EQ(log_, kNoWatchdog + std::string("Starting the SSH daemon because it was not "
-                                              "detected\nFailed to start the SSH service: no\n"
-                                              "Shell command exited with code 2\n\n"));
+    EXPECT_EQ(log_,
+              kNoWatchdog +
+                  "Starting the SSH daemon because it was not detected\n"
+                  "Failed to start the SSH service: no\nShell command exited with code 2\n\n");
     EXPECT_EQ(statistics.start_sshd, 0U);
 }
 
@@ -99,15 +99,14 @@ TEST_F(HealthCheckTest, UnhealthyKeldraIsSignalledBeforeItIsStartedAgain) {
     NamedProcess keldra(keldraName_);
     const std::string pid = std::to_string(keldra.Pid());
     ASSERT_TRUE(Check(1));
-    EXPECT_EQ(log_, "Keldra is up and okay\n" + std::string(kNoWatchdog) +
+    EXPECT_EQ(log_, "Keldra is up and okay\n" + kNoWatchdog +
                         "The SSH daemon is running, but its PID changed to " +
                         std::to_string(sshd_->Pid()) + " since the last check\n");
     EXPECT_TRUE(Check(1));
     EXPECT_EQ(log_,
               "Keldra missed a heartbeat (last received: 1)\n"
               "Strike 1! Keldra has not responded for 7 seconds\n" +
-                  std::string(kNoWatchdog) + "Sending signal 3 to Keldra " + pid + "\n" +
-                  NoKeldra());
+                  kNoWatchdog + "Sending signal 3 to Keldra " + pid + "\n" + NoKeldra());
     EXPECT_EQ(keldra.Wait(), SIGQUIT);
     EXPECT_EQ(statistics.keldra_missed_heartbeat, 1U);
 }
@@ -125,7 +124,7 @@ TEST_F(HealthCheckTest, UnreadableProcessTableIsAStrikeAndKeldraIsStartedAllTheS
     const std::string text = log.Stop();  // what the shell of the LED script says comes between
     EXPECT_EQ(text.find("Keldra's state could not be determined: -1\n"
                         "Strike 2! Keldra has not responded for 4294967294 seconds\n" +
-                        std::string(kNoWatchdog) + "Failed to kill Keldra -1, continuing anyway\n"),
+                        kNoWatchdog + "Failed to kill Keldra -1, continuing anyway\n"),
               0U);
     EXPECT_NE(text.find(NoKeldra() +
                         "WARNING! The state of the SSH daemon could not be determined: -1\n"),
