@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <string>
@@ -100,15 +101,21 @@ TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
     if (ReadFile("/proc/self/stat").find(") 0 ") != std::string::npos) {
         GTEST_SKIP() << "the emulator makes up the own process's stat file";
     }
-    NamedProcess a(own_);
-    NamedProcess b(own_);
+    const pid_t caller = fork();
+    if (caller == 0) {
+        prctl(PR_SET_NAME, name_);
+        raise(SIGSTOP);
+        (void)SignalProcessesByName(name_, SIGTERM);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(caller, &status, WUNTRACED), caller);
+    NamedProcess a(own_), b(own_);  // behind the caller in the process table
     const std::string bystander = OwnName("other");
     const NamedProcess other(bystander);
-    const auto signalAsOneOfThem = [this] {
-        prctl(PR_SET_NAME, name_);
-        (void)SignalProcessesByName(name_, SIGTERM);
-    };
-    EXPECT_EXIT(signalAsOneOfThem(), testing::KilledBySignal(SIGTERM), "");
+    kill(caller, SIGCONT);
+    ASSERT_EQ(waitpid(caller, &status, 0), caller);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
     EXPECT_EQ(a.Wait(), SIGTERM);  // had it come after the caller, it would still live
     EXPECT_EQ(b.Wait(), SIGTERM);
     EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));
