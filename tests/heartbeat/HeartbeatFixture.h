@@ -11,8 +11,7 @@
 #include "tests/support/TempDir.h"
 
 // A reader on a heartbeat file of the test's own.
-class HeartbeatFixture : public testing::Test {
-protected:
+struct HeartbeatFixture : testing::Test {
     std::string File() const { return dir_.File("heartbeat"); }
     void WriteBytes(const std::string& bytes) { dir_.Write("heartbeat", bytes); }
     void WriteCount(uint32_t count) {

@@ -1,36 +1,25 @@
 #include "heartbeat/HeartbeatReadTimer.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <functional>
 #include <vector>
 
 #include "tests/heartbeat/HeartbeatFixture.h"
+#include "tests/support/CallbackTo.h"
 #include "tests/support/Descriptors.h"
-
-using Quenda::CallbackRef1;
-using Quenda::GlobalCallback1;
 
 namespace {
 
-class HeartbeatReadTimerTest : public HeartbeatFixture {
-protected:
+struct HeartbeatReadTimerTest : HeartbeatFixture {
     HeartbeatReadTimerTest() { EXPECT_TRUE(Reload(10U)); }
 };
 
-std::vector<bool> results;
-void Collect(bool result) {
-    results.push_back(result);
-}
-
 TEST_F(HeartbeatReadTimerTest, CountsAreJudgedInPairs) {
-    const struct {
-        uint32_t count;
-        bool missed;
-        bool inError;
-    } checks[] = {
+    // The count, whether it was missed, and whether it is an error.
+    const std::tuple<uint32_t, bool, bool> checks[] = {
         {7, false, false},           // the first count after the start, against 0
         {7, true, false},            // silence
         {8, false, false},           // progress
@@ -39,55 +28,41 @@ TEST_F(HeartbeatReadTimerTest, CountsAreJudgedInPairs) {
         {0, true, true},
         {1, false, false},
     };
-    for (const auto& c : checks) {
-        WriteCount(c.count);
-        EXPECT_TRUE(Check()) << c.count;
-        EXPECT_EQ(timer_.GetLastCount(), c.count);
-        EXPECT_EQ(timer_.HeartbeatMissed(), c.missed) << c.count;
-        EXPECT_EQ(timer_.InErrorState(), c.inError) << c.count;
+    for (const auto& [count, missed, inError] : checks) {
+        WriteCount(count);
+        EXPECT_TRUE(Check()) << count;
+        EXPECT_EQ(timer_.GetLastCount(), count);
+        EXPECT_EQ(timer_.HeartbeatMissed(), missed) << count;
+        EXPECT_EQ(timer_.InErrorState(), inError) << count;
     }
 }
 
-TEST_F(HeartbeatReadTimerTest, ShortFileKeepsTheLastCountAndLeaksNothing) {
-    WriteCount(6);
-    ASSERT_TRUE(Check());
-    WriteCount(7);
-    ASSERT_TRUE(Check());
+TEST_F(HeartbeatReadTimerTest, UnreadableFileKeepsTheLastCountAndLeaksNothing) {
+    const std::string read = "read from the heartbeat file " + File() + ": ";
+    const std::tuple<std::function<void()>, std::string, uint32_t> cases[] = {
+        {[this] { WriteBytes(""); }, read + "Success", 7},
+        {[this] { WriteBytes("abc"); }, read + "Success", 7},
+        {[this] { unlink(File().c_str()); },
+         "open the heartbeat file " + File() + " for reading: No such file or directory", 6},
+        {[this] { mkdir(File().c_str(), 0700); }, read + "Is a directory", 7},
+        // Without a writer: end of file, at once.
+        {[this] { mkfifo(File().c_str(), 0600); }, read + "Success", 7}};
     const auto before = OpenDescriptors();
-    for (const char* bytes : {"", "abc"}) {
-        WriteBytes(bytes);
+    for (const auto& [spoil, reason, previousCount] : cases) {
+        for (const uint32_t count : {6U, 7U}) {
+            WriteCount(count);
+            ASSERT_TRUE(Check());
+        }
+        remove(File().c_str());
+        spoil();
         errno = ENOENT;  // stale: must not show in the line
         EXPECT_FALSE(Check());
-        EXPECT_EQ(log_, "HeartbeatReadTimer: Read: Failed to read from the heartbeat file " +
-                            File() + ": Success\n");
+        EXPECT_EQ(log_, "HeartbeatReadTimer: Read: Failed to " + reason + "\n");
         EXPECT_EQ(timer_.GetLastCount(), 7U);
-        EXPECT_EQ(timer_.GetPreviousCount(), 7U);
-        EXPECT_TRUE(timer_.HeartbeatMissed());
+        EXPECT_EQ(timer_.GetPreviousCount(), previousCount) << reason;
+        EXPECT_EQ(OpenDescriptors(), before);
+        remove(File().c_str());
     }
-    EXPECT_EQ(OpenDescriptors(), before);
-}
-
-TEST_F(HeartbeatReadTimerTest, MissingFileLeavesTheCountsUntouched) {
-    WriteCount(6);
-    ASSERT_TRUE(Check());
-    WriteCount(7);
-    ASSERT_TRUE(Check());
-    unlink(File().c_str());
-    EXPECT_FALSE(Check());
-    EXPECT_EQ(log_, "HeartbeatReadTimer: Read: Failed to open the heartbeat file " + File() +
-                        " for reading: No such file or directory\n");
-    EXPECT_EQ(timer_.GetLastCount(), 7U);
-    EXPECT_EQ(timer_.GetPreviousCount(), 6U);
-}
-
-TEST_F(HeartbeatReadTimerTest, UnreadableKindsOfFilesFailWithoutBlocking) {
-    ASSERT_EQ(mkdir(File().c_str(), 0700), 0);
-    EXPECT_FALSE(Check());
-    EXPECT_EQ(log_, "HeartbeatReadTimer: Read: Failed to read from the heartbeat file " + File() +
-                        ": Is a directory\n");
-    rmdir(File().c_str());
-    ASSERT_EQ(mkfifo(File().c_str(), 0600), 0);
-    EXPECT_FALSE(Check());  // without a writer: end of file, at once
 }
 
 TEST_F(HeartbeatReadTimerTest, OpenTwiceIsRefusedUntilStop) {
@@ -104,10 +79,11 @@ TEST_F(HeartbeatReadTimerTest, OpenTwiceIsRefusedUntilStop) {
 }
 
 TEST_F(HeartbeatReadTimerTest, TimedChecksReportToTheCallbackAndOthersDoNot) {
-    results.clear();
+    std::vector<bool> results;
     timer_.OnTimeout(0, nullptr);  // no callback yet: read all the same
     WriteCount(5);
-    timer_.SetResultCallback(CallbackRef1<bool>(new GlobalCallback1<bool>(Collect)));
+    timer_.SetResultCallback(Quenda::CallbackRef1<bool>(
+        new CallbackTo<void(bool)>([&](bool result) { results.push_back(result); })));
     timer_.OnTimeout(0, nullptr);
     EXPECT_EQ(timer_.GetLastCount(), 5U);
     unlink(File().c_str());

@@ -4,9 +4,9 @@
 
 #include "core/options/OptionsNodeEdit.h"
 #include "monitor/MonitorState.h"
-#include "tests/support/TempDir.h"
+#include "tests/support/Capture.h"
 
-namespace Monitor {
+using namespace Monitor;
 
 namespace {
 
@@ -20,66 +20,59 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
     ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
     ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
-    const TempDir dir;
-    const std::string path = dir.File("report");
-    FILE* const file = fopen(path.c_str(), "w");
-    WriteStatusReport(file);
-    fclose(file);
-    EXPECT_EQ(ReadFile(path),
-              "Parameters\n"
-              "==========\n"
-              "Keldra Monitor Process Name: keldra_monitor\n"
-              "Keldra Process Name:         keldra\n"
-              "SSH Daemon Process Name:     sshd\n"
-              "Service Script:              /usr/sbin/service\n"
-              "LED Control Script:          /usr/sbin/led_ctl.sh\n"
-              "Max Strikes:                 4294967295\n"
-              "\n"
-              "Statistics\n"
-              "==========\n"
-              "keldra_state_unknown:       1\n"
-              "keldra_not_running:         2\n"
-              "keldra_in_error_state:      3\n"
-              "keldra_missed_heartbeat:    4\n"
-              "keldra_recovered:           5\n"
-              "start_with_normal_options:  6\n"
-              "start_with_backup_options:  7\n"
-              "start_with_factory_options: 8\n"
-              "start_sshd:                 4294967295\n"
-              "\n"
-              "State\n"
-              "=====\n"
-              "Keldra State:   Keldra_Missed_Heartbeat\n"
-              "Options Type:   Backup_Options\n"
-              "Strikes:        2\n"
-              "Keldra PID:     4711\n"
-              "SSH Daemon PID: -1\n"
-              "\n"
-              "Heartbeat Timer\n"
-              "===============\n"
-              "Heartbeat File:           /var/run/quenda/keldra.heartbeat\n"
-              "Heartbeat Timeout:        10 (seconds)\n"
-              "Next Heartbeat Check:     0 (seconds)\n"
-              "Last Heartbeat Count:     0\n"
-              "Previous Heartbeat Count: 0\n"
-              "Heartbeat Timer Active:   false\n"
-              "In Error State:           true\n"
-              "Last Heartbeat Missed:    true\n"
-              "\n"
-              "Event Loop\n"
-              "==========\n"
-              "\n"
-              "0 Timers Expired\n"
-              "0 Active Timer(s)\n"
-              "\n"
-              "Current Activities: 0\n"
-              "New Activities: 0\n"
-              "\n");
-    settings = MonitorSettings();
-    statistics = {};
-    supervision = {};
+    Capture output(1);
+    WriteStatusReport(stdout);
+    EXPECT_EQ(output.Stop(),
+              R"(Parameters
+==========
+Keldra Monitor Process Name: keldra_monitor
+Keldra Process Name:         keldra
+SSH Daemon Process Name:     sshd
+Service Script:              /usr/sbin/service
+LED Control Script:          /usr/sbin/led_ctl.sh
+Max Strikes:                 4294967295
+
+Statistics
+==========
+keldra_state_unknown:       1
+keldra_not_running:         2
+keldra_in_error_state:      3
+keldra_missed_heartbeat:    4
+keldra_recovered:           5
+start_with_normal_options:  6
+start_with_backup_options:  7
+start_with_factory_options: 8
+start_sshd:                 4294967295
+
+State
+=====
+Keldra State:   Keldra_Missed_Heartbeat
+Options Type:   Backup_Options
+Strikes:        2
+Keldra PID:     4711
+SSH Daemon PID: -1
+
+Heartbeat Timer
+===============
+Heartbeat File:           /var/run/quenda/keldra.heartbeat
+Heartbeat Timeout:        10 (seconds)
+Next Heartbeat Check:     0 (seconds)
+Last Heartbeat Count:     0
+Previous Heartbeat Count: 0
+Heartbeat Timer Active:   false
+In Error State:           true
+Last Heartbeat Missed:    true
+
+Event Loop
+==========
+
+0 Timers Expired
+0 Active Timer(s)
+
+Current Activities: 0
+New Activities: 0
+
+)");
 }
 
 }  // namespace
-
-}  // namespace Monitor

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <functional>
 
 #include "tests/support/Descriptors.h"
 
@@ -19,8 +18,7 @@ using namespace Quenda;
 namespace {
 
 // Whatever happens, nothing may be left behind: no descriptor and no child.
-class ShellRunnerTest : public testing::Test {
-protected:
+struct ShellRunnerTest : testing::Test {
     void TearDown() override {
         EXPECT_EQ(OpenDescriptors(), before_);
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
@@ -29,17 +27,6 @@ protected:
 
     std::map<int, std::string> before_ = OpenDescriptors();
 };
-
-// Runs `body` in a child of its own and returns what it returns.
-int InChild(const std::function<int()>& body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(body());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     const std::pair<const char*, std::string> cases[] = {
@@ -87,21 +74,21 @@ TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
         {RLIMIT_NOFILE, "pipe: Too many open files\n"},
         {RLIMIT_NPROC, "fork: Resource temporarily unavailable\n"}};
     for (const auto& [resource, reason] : cases) {
-        EXPECT_EQ(InChild([resource = resource, expected = reason] {
-                      (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
-                      const auto before = OpenDescriptors();
-                      std::string output = "lost";
-                      rlimit limit{};
-                      getrlimit(resource, &limit);
-                      const rlimit none = {0, limit.rlim_max};
-                      setrlimit(resource, &none);
-                      const bool ran = RunShellCommand(":", output);
-                      setrlimit(resource, &limit);
-                      return ran + 2 * (output != "Shell Failed: Failed to create " + expected) +
-                             4 * (OpenDescriptors() != before);
-                  }),
-                  0)
-            << reason;
+        const auto run = [resource = resource, expected = reason] {
+            (void)!setresuid(65534, 65534, 65534);  // root may have any number of them
+            const auto before = OpenDescriptors();
+            std::string output = "lost";
+            rlimit limit{};
+            getrlimit(resource, &limit);
+            const rlimit none = {0, limit.rlim_max};
+            setrlimit(resource, &none);
+            EXPECT_FALSE(RunShellCommand(":", output));
+            setrlimit(resource, &limit);
+            EXPECT_EQ(output, "Shell Failed: Failed to create " + expected);
+            EXPECT_EQ(OpenDescriptors(), before);
+            _exit(HasFailure() ? 1 : 0);
+        };
+        EXPECT_EXIT(run(), testing::ExitedWithCode(0), "") << reason;
     }
 }
 
@@ -124,17 +111,17 @@ TEST_F(ShellRunnerTest, SystemTellsOnlySuccess) {
 }
 
 TEST_F(ShellRunnerTest, InheritedDescriptorsAreClosedUpTo1023) {
-    EXPECT_EQ(InChild([] {
-                  dup2(STDERR_FILENO, 3);
-                  dup2(STDERR_FILENO, 1023);
-                  const bool above = dup2(STDERR_FILENO, 1024) == 1024;
-                  CloseInheritedDescriptors();
-                  return OpenDescriptors().rbegin()->first == STDERR_FILENO &&
-                                 above == (fcntl(1024, F_GETFD) != -1)
-                             ? 0
-                             : 1;
-              }),
-              0);
+    const auto closeAll = [] {
+        dup2(STDERR_FILENO, 3);
+        dup2(STDERR_FILENO, 1023);
+        const bool above = dup2(STDERR_FILENO, 1024) == 1024;
+        CloseInheritedDescriptors();
+        _exit(OpenDescriptors().rbegin()->first == STDERR_FILENO &&
+                      above == (fcntl(1024, F_GETFD) != -1)
+                  ? 0
+                  : 1);
+    };
+    EXPECT_EXIT(closeAll(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -7,8 +7,7 @@
 
 using namespace Simulator;
 
-class EndToEndPackageTest : public EndToEnd {
-protected:
+struct EndToEndPackageTest : EndToEnd {
     EndToEndPackageTest() { setenv("P", PACKAGE_FILE, 1); }
 
     void Service(const std::string& action, int status, const std::string& text) {

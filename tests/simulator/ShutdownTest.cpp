@@ -5,8 +5,7 @@
 
 using namespace Simulator;
 
-class EndToEndShutdownTest : public EndToEnd {
-protected:
+struct EndToEndShutdownTest : EndToEnd {
     // The daemon shuts down in response to the signal; the last it does is to arm the watchdog.
     void ExpectGracefulEnd(int signal) {
         const std::string text = "Keldra Monitor is shutting down gracefully in response to signal";

@@ -29,10 +29,8 @@ TEST_F(EndToEndStartUpTest, OneDaemonRunsDetachedAndASecondIsRefused) {
 }
 
 TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
-    const struct {
-        std::vector<std::string> missing;
-        std::vector<std::string> messages;
-    } cases[] = {
+    // What is missing, and the messages.
+    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
         {{"/var/run/quenda"},
          {"Failed to chdir to /var/run/quenda: No such file or directory",
           "Please ensure that keldra_monitor is correctly installed", "Keldra is not running!"}},
@@ -48,13 +46,13 @@ TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
          {"TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options files "
           "are missing"}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [missing, messages] : cases) {
         PowerOn();
-        for (const auto& path : c.missing) {
+        for (const auto& path : missing) {
             ASSERT_TRUE(std::filesystem::remove(terminal_->Path(path))) << path;
         }
         StartMonitor();
-        for (const auto& message : c.messages) {
+        for (const auto& message : messages) {
             ExpectLog(message);
         }
     }
@@ -64,11 +62,7 @@ TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
 }
 
 TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
-    const struct {
-        const char* timeout;
-        const char* message;
-        int lines;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int> cases[] = {
         {"0", "Failed to set the HeartbeatReadTimer options", 1},
         {"299", "but the watchdog will bite after", 0},
         {"300",
@@ -76,19 +70,9 @@ TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
          "will most likely cause problems, but continuing anyway.",
          1},
     };
-    for (const auto& c : cases) {
+    for (const auto& [timeout, message, lines] : cases) {
         PowerOn();
-        StartInDebugMode(c.timeout);
-        EXPECT_EQ(LogLines(c.message), c.lines) << c.timeout;
+        StartInDebugMode(timeout);
+        EXPECT_EQ(LogLines(message), lines) << timeout;
     }
-}
-
-TEST_F(EndToEndStartUpTest, DaemonOfAnotherKindRunsUnderItsWrapperWithBigEndianCounts) {
-    TerminalOptions options;
-    options.monitorWrapper = std::string("/usr/bin/env LD_PRELOAD=") + kRedirectLibrary;
-    options.bigEndianHeartbeat = true;
-    PowerOn(options);
-    StartHealthy();
-    EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
-    EXPECT_EQ(ReadFile(terminal_->Path(kHeartbeatFile)).size(), 4U);
 }

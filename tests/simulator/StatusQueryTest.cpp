@@ -9,10 +9,7 @@
 
 using namespace Simulator;
 
-class EndToEndStatusQueryTest : public EndToEnd {
-protected:
-    std::string StatusFile() { return ReadFile(terminal_->Path(kStatusFile)); }
-};
+class EndToEndStatusQueryTest : public EndToEnd {};
 
 TEST_F(EndToEndStatusQueryTest, PrintsTheNewReportAndNothingOfAnOlderOne) {
     PowerOn();
@@ -20,14 +17,9 @@ TEST_F(EndToEndStatusQueryTest, PrintsTheNewReportAndNothingOfAnOlderOne) {
     StartHealthy();
     const CommandResult query = Query();
     EXPECT_EQ(query.status, 0);
-    EXPECT_EQ(query.output, StatusFile());
+    EXPECT_EQ(query.output, ReadFile(terminal_->Path(kStatusFile)));
     EXPECT_EQ(query.output.find("xx"), std::string::npos);
     EXPECT_EQ(query.output.find("Parameters\n"), 0U) << query.output;
-    const std::string state =
-        "Keldra State:   Keldra_Up_And_Okay\nOptions Type:   Normal_Options\n"
-        "Strikes:        0\nKeldra PID:     " +
-        std::to_string(Only("keldra")) + "\nSSH Daemon PID: " + std::to_string(Only("sshd")) + "\n";
-    EXPECT_NE(query.output.find(state), std::string::npos) << query.output;
 }
 
 TEST_F(EndToEndStatusQueryTest, QueriesAtOnceShareOneReport) {
@@ -51,7 +43,7 @@ TEST_F(EndToEndStatusQueryTest, QueriesAtOnceShareOneReport) {
     for (const char* output : {"/tmp/query.1", "/tmp/query.2", "/tmp/query.3", "/tmp/query.4"}) {
         const std::string report = ReadFile(terminal_->Path(output));
         EXPECT_EQ(report.find("Parameters\n"), 0U) << output << report;
-        EXPECT_EQ(report, StatusFile()) << output;
+        EXPECT_EQ(report, ReadFile(terminal_->Path(kStatusFile))) << output;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "tests/support/NamedProcess.h"
 
+#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,16 +9,13 @@ std::string OwnName(const std::string& prefix) {
     return prefix + std::to_string(getpid());
 }
 
-NamedProcess::NamedProcess(const std::string& name, int ignored) {
+NamedProcess::NamedProcess(const std::string& name) {
     int ready[2];
     (void)!pipe(ready);
     pid_ = fork();
     if (pid_ == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         prctl(PR_SET_NAME, name.c_str());
-        if (ignored != 0) {
-            signal(ignored, SIG_IGN);
-        }
         (void)!write(ready[1], "", 1);
         for (;;) {
             pause();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <signal.h>
 #include <sys/types.h>
 
 #include <string>
@@ -12,8 +11,7 @@ std::string OwnName(const std::string& prefix);
 // ended; it is, at the latest, by the destructor.
 class NamedProcess {
 public:
-    // With `ignored` not 0, it ignores that signal.
-    explicit NamedProcess(const std::string& name, int ignored = 0);
+    explicit NamedProcess(const std::string& name);
     NamedProcess(const NamedProcess&) = delete;
     NamedProcess& operator=(const NamedProcess&) = delete;
     ~NamedProcess();

@@ -16,8 +16,7 @@ using namespace Quenda;
 namespace {
 
 // Control files of its own, empty at first, in the order of their slots.
-class WatchdogTest : public testing::Test {
-protected:
+struct WatchdogTest : testing::Test {
     void SetUp() override {
         for (const Slot slot : kFiles) {
             control_.Set(slot, dir_.Write(std::to_string(slot), "").c_str());

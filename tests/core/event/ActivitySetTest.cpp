@@ -11,8 +11,7 @@ using namespace Quenda;
 namespace {
 
 // Three holds, each of which notes its name and the argument and then acts.
-class ActivitySetTest : public testing::Test {
-protected:
+struct ActivitySetTest : testing::Test {
     struct Work {
         Work(std::string& journal, const char* name) {
             auto* call = new CallbackTo<bool(int)>([this, &journal, name](int argument) {
@@ -79,21 +78,20 @@ TEST_F(ActivitySetTest, HoldMayDestroyOthersAndOutlivesItsSet) {
 }
 
 TEST_F(ActivitySetTest, TextAndDumpListBothPassesWithHeadingsOfTheirOwn) {
-    ActivityHold nameless(nullptr);
-    // Ends the pass: b and the nameless one stay in it.
-    a_.action = [this] { return set_.Remove(a_.hold.get()) && Queue({&c_}); };
-    Queue({&a_, &b_});
-    set_.Add(&nameless);
+    // Ends the pass: b and c stay in it.
+    a_.action = [this] { return set_.Remove(a_.hold.get()) && Queue({&a_}); };
+    Queue({&a_, &b_, &c_});
     Pass();
     StringWritable out;
     set_.Dump(&out);
     out.Puts(set_.Text().Get());
-    const std::string b = FormatText("%p - b\n", static_cast<void*>(b_.hold.get()));
-    const std::string c = FormatText("%p - c\n", static_cast<void*>(c_.hold.get()));
-    const std::string none = FormatText("%p - \n", static_cast<void*>(&nameless));
-    EXPECT_EQ(out.Text(), "Current Activities: 2\n" + b + none + "New Activities: 1\n" + c +
-                              "Current activities: 2\n " + b + " " + none + "New activities: 1\n " +
-                              c);
+    const auto line = [](const Work& work, const char* name) {
+        return FormatText("%p - %s\n", static_cast<void*>(work.hold.get()), name);
+    };
+    const std::string a = line(a_, "a"), b = line(b_, "b"), c = line(c_, "c");
+    EXPECT_EQ(out.Text(), "Current Activities: 2\n" + b + c + "New Activities: 1\n" + a +
+                              "Current activities: 2\n " + b + " " + c + "New activities: 1\n " +
+                              a);
 }
 
 }  // namespace

@@ -20,8 +20,7 @@ std::function<int(int timeoutMs)> kernelWait;
 // What the last wait was given.
 const sigset_t* waitMask = nullptr;
 
-class EventLoopRunTest : public LoopFixture {
-protected:
+struct EventLoopRunTest : LoopFixture {
     ~EventLoopRunTest() override { kernelWait = nullptr; }
     std::string Run() {
         Capture capture(STDERR_FILENO);

@@ -26,8 +26,7 @@ struct EventHandler : Quenda::FileDescriptorHandler {
 };
 
 // A loop that is ready to run; knows its epoll descriptor.
-class LoopFixture : public testing::Test {
-protected:
+struct LoopFixture : testing::Test {
     void SetUp() override {
         EXPECT_TRUE(loop_.Init());
         for (const auto& [fd, target] : OpenDescriptors()) {

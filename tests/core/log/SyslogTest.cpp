@@ -46,8 +46,7 @@ int BindSyslogSocket() {
     return bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == -1 ? -1 : fd;
 }
 
-class SyslogTest : public testing::Test {
-protected:
+struct SyslogTest : testing::Test {
     void SetUp() override {
         static const int socket = BindSyslogSocket();
         fd_ = socket;

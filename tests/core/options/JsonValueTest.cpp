@@ -7,7 +7,8 @@
 #include "tests/core/options/Json.h"
 #include "tests/support/Capture.h"
 
-namespace Quenda::JsonValue {
+using namespace Quenda::JsonValue;
+
 namespace {
 
 TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
@@ -17,12 +18,8 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
     const std::string inSigned = start + "integer out of signed integer range\n";
     const std::string realSigned = start + "Real out of signed integer range\n";
     const std::string realUnsigned = start + "Real out of unsigned integer range\n";
-    const struct {
-        Json::Value value;
-        int32_t asInt;
-        uint32_t asUInt;
-        std::string complaints;
-    } cases[] = {
+    // The value, what it is as an integer with and without a sign, and the complaints.
+    const std::tuple<Json::Value, int32_t, uint32_t, std::string> cases[] = {
         {-5, -5, 4294967291U, negative},
         {2147483646U, 2147483646, 2147483646U, ""},
         {2147483647U, 2147483647, 2147483647U, inSigned},
@@ -31,11 +28,11 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
         {-1.5, -1, 4294967295U, realUnsigned},
         {NAN, INT32_MIN, 2147483648U, realSigned + realUnsigned},
     };
-    for (const auto& c : cases) {
+    for (const auto& [value, asInt, asUInt, complaints] : cases) {
         Capture output(1);
-        EXPECT_EQ(AsInt(c.value), c.asInt) << c.value;
-        EXPECT_EQ(AsUInt(c.value), c.asUInt) << c.value;
-        EXPECT_EQ(output.Stop(), c.complaints) << c.value;
+        EXPECT_EQ(AsInt(value), asInt) << value;
+        EXPECT_EQ(AsUInt(value), asUInt) << value;
+        EXPECT_EQ(output.Stop(), complaints) << value;
     }
     Json::Value value(1);
     Capture output(1);
@@ -59,4 +56,3 @@ TEST(JsonValueTest, UnsuitableTypesAreComplainedAboutAndEndTheProcess) {
 }
 
 }  // namespace
-}  // namespace Quenda::JsonValue

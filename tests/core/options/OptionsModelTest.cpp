@@ -6,7 +6,8 @@
 #include "fuzz/RandomDocument.h"
 #include "tests/core/options/Json.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 using OptionsModel::Describe;
@@ -37,4 +38,3 @@ TEST(OptionsModelTest, MergesAndOverlaysOfGeneratedTreesComeToWhatAModelSays) {
 }
 
 }  // namespace
-}  // namespace Quenda

@@ -4,7 +4,8 @@
 
 #include "tests/core/options/Json.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 using Edit = OptionsNodeEdit;
@@ -38,13 +39,11 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"{'a':{}}", [](Edit& n) { return n.SetLeaf("a", 1, nullptr); }, kNotLeaf, "{'a':{}}"},
         {"{}", [&](Edit& n) { return n.SetLeaf("a", noText, nullptr); }, kNotLeaf, "{'a':null}"},
         {"{'a':'x'}", [](Edit& n) { return n.SetLeaf("a", 7U, nullptr); }, "", "{'a':7}"},
-        {"null", [](Edit& n) { return n.SetLeaf("a", 0.5, nullptr); }, "", "{'a':0.5}"},
         {"{}", [](Edit& n) { return n.SetLeaf("a", true, nullptr); }, "", "{'a':true}"},
         {"[]", [&](Edit& n) { return n.AddMember("a", null, true); }, kNoAdd, "[]"},
         {"{'a':1}", [&](Edit& n) { return n.AddMember("a", null, false); }, kAddEmpty, "{'a':1}"},
         {"{}", [](Edit& n) { return n.AddMember("a", n, true); }, kAddEmpty, "{}"},
         {"{'a':[]}", [&](Edit& n) { return n.AddMember("a", one, false); }, kExists, "{'a':[]}"},
-        {"{'a':''}", [&](Edit& n) { return n.AddMember("a", one, true); }, "", "{'a':1}"},
         {"{}", [&](Edit& n) { return n.AddMember("a", deep, true); }, kTooDeep, "{}"},
         {"1", [&](Edit& n) { return n.ModifyMember("b", object); }, kNoModify, "1"},
         {"{}", [&](Edit& n) { return n.ModifyMember("b", object); }, kNoName, "{}"},
@@ -147,4 +146,3 @@ TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
 }
 
 }  // namespace
-}  // namespace Quenda

@@ -3,7 +3,8 @@
 #include "core/output/StringWritable.h"
 #include "tests/core/options/Json.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 TEST(OptionsNodeTest, MembersAndElementsAreViewedOrNull) {
@@ -130,4 +131,3 @@ TEST(OptionsNodeTest, CopiesKeepAValueOfTheirOwnUnlessItNestsTooDeeply) {
 }
 
 }  // namespace
-}  // namespace Quenda

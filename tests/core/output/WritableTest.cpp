@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "core/output/StdioWritable.h"
 #include "core/output/StringWritable.h"
 
 using namespace Quenda;

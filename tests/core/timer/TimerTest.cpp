@@ -17,8 +17,7 @@ struct Shot : TimerBase {
     void Expire(const TimeValue& now) override { (void)CallBack(now); }
 };
 
-class TimerTest : public testing::Test {
-protected:
+struct TimerTest : testing::Test {
     void TearDown() override { EXPECT_TRUE(keeper_.IsEmpty()); }
     TimerBase::Callback Do(const std::function<void()>& action) {
         return TimerBase::Callback(new CallbackTo<void(unsigned int, void*)>(

@@ -8,11 +8,11 @@
 #include "core/output/StringWritable.h"
 #include "core/timer/TimeKeeper.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
-class ValueHistoryTest : public testing::Test {
-protected:
+struct ValueHistoryTest : testing::Test {
     ValueHistoryTest() {
         setenv("TZ", "UTC", 1);
         tzset();
@@ -104,4 +104,3 @@ TEST_F(ValueHistoryTest, ChangesAndRatesAreTakenBetweenNeighbours) {
 }
 
 }  // namespace
-}  // namespace Quenda

@@ -5,14 +5,14 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StringWritable.h"
 
-namespace Quenda {
+using namespace Quenda;
+
 namespace {
 
 constexpr char kDefaults[] = "file = \"/x\"\nlimit = -10\nmask = 7\nratio = 0.500000\n";
 constexpr char kUsage[] = "Usage: show [key] | reset [key] | set {key} {value}\n";
 
-class ValueListTest : public testing::Test {
-protected:
+struct ValueListTest : testing::Test {
     std::string Console(const std::vector<const char*>& words) {
         StringWritable out;
         list_.Command(&out, static_cast<int>(words.size()), words.data());
@@ -23,7 +23,7 @@ protected:
                      ValueDefinition::UInt("mask", 7), ValueDefinition::Double("ratio", 0.5)}};
 };
 
-TEST_F(ValueListTest, TextsAndNumbersAreTakenByKindInTheRangesOfA32BitLong) {
+TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
     const std::tuple<const char*, int32_t, uint32_t, double> cases[] = {
         {" \t-0X1F", -31, 4294967265U, -31.0},
         {"017", 15, 15, 17.0},
@@ -91,4 +91,3 @@ TEST_F(ValueListTest, HistoryIsCreatedOnFirstUseAndLostWhenDisabled) {
 }
 
 }  // namespace
-}  // namespace Quenda
