@@ -11,7 +11,7 @@ namespace {
 // What the console prints for this input; it must end by itself and well.
 std::string Answers(const std::string& input, bool throughPipe) {
     const TempDir directory;
-    const std::string file = directory.Write("input", input);
+    const std::string file = "'" + directory.Write("input", input) + "'";
     const std::string command =
         throughPipe ? "cat " + file + " | " DIAGNOSTICS_CONSOLE : DIAGNOSTICS_CONSOLE " <" + file;
     FILE* const output = popen(command.c_str(), "r");
