@@ -1,7 +1,8 @@
 #include "examples/diagnostics_console/OptionsDesk.h"
 
-#include <cstdlib>
 #include <cstring>
+
+#include "core/options/TargetNumbers.h"
 
 using Quenda::OptionsNodeEdit;
 
@@ -11,8 +12,7 @@ namespace {
 
 bool SetValue(OptionsNodeEdit& node, const char* name, const char* value) {
     const bool number = *value != '\0' && std::strspn(value, "0123456789") == std::strlen(value);
-    return number ? node.SetLeaf(name, static_cast<uint32_t>(std::strtoul(value, nullptr, 10)),
-                                 nullptr)
+    return number ? node.SetLeaf(name, Quenda::StrToUInt32(value, 10), nullptr)
                   : node.SetLeaf(name, value, nullptr);
 }
 

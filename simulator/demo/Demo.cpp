@@ -121,6 +121,10 @@ int main(int argc, char** argv) {
     }
     terminal.Note("the terminal is switched on; a heartbeat is due every " +
                   std::to_string(arguments.heartbeat) + " s");
+    if (!arguments.target.empty()) {
+        terminal.Note(
+            "its daemon is the board's own, run by an emulator; Keldra counts big-endian");
+    }
     const CommandResult start = terminal.StartMonitor({"-t", std::to_string(arguments.heartbeat)});
     if (start.status != 0) {
         std::cerr << "the daemon does not start: " << start.output << "\n";

@@ -19,6 +19,7 @@ TEST(OptionsMergeTest, ChangesAreMergedOrTheFirstObstacleNamed) {
         {"{'a':5}", "{'a':2.5,'b':null}", "null", "", "{'a':2.5,'b':null}"},
         {"{'b':5}", "{'a':1,'b':true}", "null", kType, "{'a':1,'b':5}"},  // no way back
         {"{'a':{}}", "{'a':{'b':6}}", "{'a':[]}", kIds, "{'a':{}}"},
+        {"{'a':{}}", "{'a':{}}", "{'a':[]}", "", "{'a':{}}"},  // no member is looked up
         {"{'a':null}", "{'a':[1]}", "{'a':{}}", kNoArray, "{'a':null}"},
         {"null", "[1]", "[1,1]", kManyIds, "null"},
         {"[{'i':1}]", "[{'i':2}]", "[{'i':true}]", kCannotCompare, "[{'i':1}]"},
