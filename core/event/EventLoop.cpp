@@ -145,8 +145,9 @@ bool EventLoop::WaitAndDispatch(bool poll) {
         if (IsFatalError(error)) {
             terminate_ = true;
             isSound_ = false;
+            return false;
         }
-        return !IsFatalError(error);
+        return true;
     }
     if (count > 0 || timeoutMs == 0) {
         LetSignalsIn();

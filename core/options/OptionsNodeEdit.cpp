@@ -158,8 +158,12 @@ bool OptionsNodeEdit::MayAdd(const char* name, const OptionsNode& source, bool r
 }
 
 bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, bool replace) {
+    return MayAdd(name, source, replace) && PutMember(name, source);
+}
+
+bool OptionsNodeEdit::PutMember(const char* name, const OptionsNode& source) {
     Json::Value member;
-    if (!MayAdd(name, source, replace) || !CopySource(member, source)) {
+    if (!CopySource(member, source)) {
         return false;
     }
     AssignValue((*editValue_)[name], std::move(member));
@@ -186,16 +190,16 @@ bool OptionsNodeEdit::RemoveMember(const char* name) {
 }
 
 bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, bool allowMissing) {
-    const bool missing = !HoldsObject() || JsonValue::FindMember(*editValue_, oldName) == nullptr;
-    if (!HoldsObject() || newName == nullptr || (missing && !allowMissing)) {
+    const Json::Value* old = HoldsObject() ? JsonValue::FindMember(*editValue_, oldName) : nullptr;
+    if (!HoldsObject() || newName == nullptr || (old == nullptr && !allowMissing)) {
         return Fail(kMissingObject);
     }
     Json::Value& renamed = (*editValue_)[newName];
+    if (old == &renamed) {
+        return Changed();  // both names are the same
+    }
     Json::Value removed;
-    if (!missing) {
-        if (JsonValue::FindMember(*editValue_, oldName) == &renamed) {
-            return Changed();  // both names are the same
-        }
+    if (old != nullptr) {
         (void)editValue_->removeMember(oldName, &removed);
     }
     AssignValue(renamed, std::move(removed));
@@ -220,7 +224,7 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
         (replace && replaced != nullptr && IsPartOf(moved, *replaced))) {
         return destination.Fail(kMoveToSelf);
     }
-    return destination.AddMember(newName, member, replace) && RemoveMember(name);
+    return destination.PutMember(newName, member) && RemoveMember(name);
 }
 
 }  // namespace Quenda

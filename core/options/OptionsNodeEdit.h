@@ -79,6 +79,7 @@ private:
     bool SetLeafValue(const char* name, Json::Value value, const char* comment);
     // Whether the source may become a member: the refusals of `AddMember`.
     bool MayAdd(const char* name, const OptionsNode& source, bool replace) const;
+    bool PutMember(const char* name, const OptionsNode& source);
     // False after a failure: `copy` is then untouched. Copies before anything changes, for the
     // source may view a part of this value, or this value may be a part of the source.
     bool CopySource(Json::Value& copy, const OptionsNode& source) const;
