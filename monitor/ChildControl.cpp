@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "core/log/Log.h"
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 #include "monitor/DebugLog.h"
 #include "monitor/MonitorState.h"
 #include "monitor/Paths.h"

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "core/options/TargetNumbers.h"
+#include "core/text/TargetNumbers.h"
 #include "monitor/SignalHandlers.h"
 #include "monitor/StatusQuery.h"
 #include "monitor/Version.h"

@@ -9,11 +9,10 @@
 #include <cctype>
 #include <cerrno>
 #include <charconv>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
+#include "core/text/TargetNumbers.h"
 #include "monitor/SignalWindow.h"
 
 namespace Monitor {
@@ -21,18 +20,6 @@ namespace Monitor {
 namespace {
 
 constexpr size_t kLineSize = 128;  // the fields needed come first in the line
-
-// A decimal number at `text`, with leading blanks and a sign; false when there is none.
-bool ScanNumber(const char* text, int32_t& number) {
-    char* end = nullptr;
-    const long value = strtol(text, &end, 10);
-    if (end == text) {
-        return false;
-    }
-    // The range of a 32-bit long, as on the terminal.
-    number = static_cast<int32_t>(std::clamp<long>(value, INT32_MIN, INT32_MAX));
-    return true;
-}
 
 bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
@@ -93,7 +80,7 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
     char number[kLineSize] = {};
     (void)std::copy(nameEnd + 4, end, number);
     int32_t parent = 0;
-    if (!ScanNumber(number, parent)) {
+    if (!Quenda::ScanInt32(number, parent, 10)) {
         return false;
     }
     *std::copy(at, nameEnd, name) = '\0';
@@ -108,7 +95,7 @@ bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
     }
     while (const dirent* const entry = readdir(directory)) {
         int32_t pid = 0;
-        if (ScanNumber(entry->d_name, pid) && IsProcessRunning(name, pid)) {
+        if (Quenda::ScanInt32(entry->d_name, pid, 10) && IsProcessRunning(name, pid)) {
             pids.push_back(pid);
         }
     }

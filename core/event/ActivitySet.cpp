@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "core/output/FormatText.h"
 #include "core/output/Writable.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

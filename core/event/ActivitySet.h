@@ -4,7 +4,7 @@
 
 #include "core/callback/Callback.h"
 #include "core/event/Dlist.h"
-#include "core/output/SharedText.h"
+#include "core/text/SharedText.h"
 
 namespace Quenda {
 

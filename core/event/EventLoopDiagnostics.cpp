@@ -1,13 +1,11 @@
 #include <unistd.h>
 
-#include <algorithm>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
 
 #include "core/event/EventLoop.h"
 #include "core/event/FileDescriptorHandler.h"
 #include "core/output/Writable.h"
+#include "core/text/TargetNumbers.h"
 #include "core/timer/TimeKeeper.h"
 
 namespace Quenda {
@@ -15,9 +13,7 @@ namespace Quenda {
 namespace {
 
 void Sleep(Writable* out, const char* milliseconds) {
-    // The range of a 32-bit long, as on the terminal.
-    const int n =
-        static_cast<int>(std::clamp<long>(strtol(milliseconds, nullptr, 10), INT_MIN, INT_MAX));
+    const int n = StrToInt32(milliseconds, 10);
     out->Printf("Sleeping for %i milliseconds.\n", n);
     // As unsigned microseconds, a negative number would stand for more than an hour.
     if (n > 0) {

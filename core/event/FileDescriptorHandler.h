@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/output/SharedText.h"
+#include "core/text/SharedText.h"
 
 namespace Quenda {
 

@@ -4,7 +4,7 @@
 #include <climits>
 #include <string>
 
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

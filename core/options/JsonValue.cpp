@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "core/options/JsonComplaint.h"
-#include "core/options/TargetNumbers.h"
+#include "core/text/TargetNumbers.h"
 
 namespace Quenda::JsonValue {
 

@@ -6,7 +6,7 @@
 #include "core/options/MemberCursor.h"
 #include "core/options/OptionsAssign.h"
 #include "core/options/OptionsNodeEdit.h"
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

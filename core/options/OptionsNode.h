@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/callback/Callback.h"
-#include "core/output/SharedText.h"
 #include "core/output/Writable.h"
+#include "core/text/SharedText.h"
 #include "json/value.h"
 
 namespace Quenda {

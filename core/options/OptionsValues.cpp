@@ -4,8 +4,8 @@
 
 #include "core/options/JsonValue.h"
 #include "core/options/OptionsNode.h"
-#include "core/options/TargetNumbers.h"
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
+#include "core/text/TargetNumbers.h"
 
 namespace Quenda {
 

@@ -1,6 +1,6 @@
 #include "core/output/StringWritable.h"
 
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

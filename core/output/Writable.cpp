@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <map>
 
-#include "core/output/SharedText.h"
+#include "core/text/SharedText.h"
 #include "core/timer/TimeValue.h"
 
 namespace Quenda {

@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "core/options/TargetNumbers.h"
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
+#include "core/text/TargetNumbers.h"
 
 namespace Quenda {
 

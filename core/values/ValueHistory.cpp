@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "core/options/TargetNumbers.h"
+#include "core/text/TargetNumbers.h"
 #include "core/values/ValueHistoryTable.h"
 
 namespace Quenda {

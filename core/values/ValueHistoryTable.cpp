@@ -4,8 +4,8 @@
 #include <ctime>
 #include <functional>
 
-#include "core/output/FormatText.h"
 #include "core/output/StringWritable.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 

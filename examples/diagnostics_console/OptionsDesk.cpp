@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "core/options/TargetNumbers.h"
+#include "core/text/TargetNumbers.h"
 
 using Quenda::OptionsNodeEdit;
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/output/FormatText.h"
 #include "core/output/StringWritable.h"
+#include "core/text/FormatText.h"
 #include "tests/support/CallbackTo.h"
 
 using namespace Quenda;

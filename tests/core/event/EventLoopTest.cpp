@@ -7,8 +7,8 @@
 #include <climits>
 
 #include "core/event/WaitTimeout.h"
-#include "core/output/FormatText.h"
 #include "core/output/StringWritable.h"
+#include "core/text/FormatText.h"
 #include "core/timer/TimeKeeper.h"
 #include "tests/core/event/LoopFixture.h"
 

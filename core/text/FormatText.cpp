@@ -1,4 +1,4 @@
-#include "core/output/FormatText.h"
+#include "core/text/FormatText.h"
 
 #include <cstdio>
 

@@ -7,15 +7,16 @@
 
 namespace Quenda {
 
-// strtol(3) and strtoul(3) with a 32-bit long. `base` is 8, 10, 16, or 0 to detect a leading
-// "0x" or "0". No digits give 0. A minus sign negates an unsigned number modulo 2^32.
+// sscanf(3) with "%i" and "%u"; with "%d" or "%x" when another base is given: 8, 10, 16, or 0 to
+// detect a leading "0x" or "0". White space before the number is skipped, whatever follows it is
+// ignored. A minus sign negates an unsigned number modulo 2^32. False, `value` untouched, when
+// there is no number.
+bool ScanInt32(const char* text, int32_t& value, int base = 0);
+bool ScanUInt32(const char* text, uint32_t& value, int base = 10);
+
+// strtol(3) and strtoul(3) with a 32-bit long: 0 when there is no number.
 int32_t StrToInt32(const char* text, int base);
 uint32_t StrToUInt32(const char* text, int base);
-
-// sscanf(3) with "%i" (base detected) and "%u" (decimal). White space before the number is
-// skipped, whatever follows it is ignored. False, `value` untouched, when there is no number.
-bool ScanInt32(const char* text, int32_t& value);
-bool ScanUInt32(const char* text, uint32_t& value);
 
 // Cuts the fraction off. Out of range the signed form gives the nearest limit; the unsigned form
 // gives 2^32 - 1 above its range and the bits of the signed form below. Not-a-number gives the

@@ -1,0 +1,75 @@
+#include "core/text/TargetNumbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace Quenda {
+
+namespace {
+
+constexpr double kTwoTo31 = 2147483648.0;
+
+// What strtoll(3) reads: limits of 64 bits, so that it tells which of the 32-bit ones was passed.
+// The base is detected here, for newer C libraries than the terminal's detect more of them ("0b").
+bool Scan(const char* text, int base, long long& number) {
+    if (base == 0) {
+        const char* digits = text + strspn(text, " \t\n\v\f\r");
+        digits += *digits == '-' || *digits == '+' ? 1 : 0;
+        const bool hex = digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+        base = hex ? 16 : (*digits == '0' ? 8 : 10);
+    }
+    char* end = nullptr;
+    number = strtoll(text, &end, base);
+    return end != text;
+}
+
+}  // namespace
+
+bool ScanInt32(const char* text, int32_t& value, int base) {
+    long long number = 0;
+    if (!Scan(text, base, number)) {
+        return false;
+    }
+    value = static_cast<int32_t>(std::clamp<long long>(number, INT32_MIN, INT32_MAX));
+    return true;
+}
+
+bool ScanUInt32(const char* text, uint32_t& value, int base) {
+    constexpr long long kLimit = UINT32_MAX;
+    long long number = 0;
+    if (!Scan(text, base, number)) {
+        return false;
+    }
+    value = number < -kLimit || number > kLimit ? UINT32_MAX : static_cast<uint32_t>(number);
+    return true;
+}
+
+int32_t StrToInt32(const char* text, int base) {
+    int32_t number = 0;
+    (void)ScanInt32(text, number, base);
+    return number;
+}
+
+uint32_t StrToUInt32(const char* text, int base) {
+    uint32_t number = 0;
+    (void)ScanUInt32(text, number, base);
+    return number;
+}
+
+int32_t DoubleToInt32(double value) {
+    if (std::isnan(value) || value <= -kTwoTo31) {
+        return INT32_MIN;
+    }
+    return value >= kTwoTo31 ? INT32_MAX : static_cast<int32_t>(value);
+}
+
+uint32_t DoubleToUInt32(double value) {
+    if (value >= kTwoTo31) {
+        return static_cast<uint32_t>(DoubleToInt32(value - kTwoTo31)) + (1U << 31);
+    }
+    return static_cast<uint32_t>(DoubleToInt32(value));
+}
+
+}  // namespace Quenda
