@@ -13,51 +13,22 @@ TimeKeeper& TimeKeeper::Instance() {
 }
 
 void TimeKeeper::AddTimer(TimerTkIntf* timer) {
-    const auto place = Insert(timer);
-    if (timer->keeper_ == 0) {
-        timer->keeper_ = number_;
-        timer->place_ = place;
-    } else {
-        ++unplaced_;
-    }
-}
-
-// Most timers are armed for one period on, after all others: looks there first. Among equal
-// expiries, too, a timer comes last.
-TimerQueue::iterator TimeKeeper::Insert(TimerTkIntf* timer) {
     if (spare_.empty()) {
-        return queue_.emplace_hint(queue_.end(), timer->Expiry(), timer);
+        queue_.emplace(timer->Expiry(), timer);
+        return;
     }
     spare_.key() = timer->Expiry();
     spare_.mapped() = timer;
-    return queue_.insert(queue_.end(), std::move(spare_));
+    queue_.insert(std::move(spare_));
 }
 
 void TimeKeeper::RemoveTimer(TimerTkIntf* timer) {
-    if (unplaced_ == 0) {
-        if (timer->keeper_ == number_ && timer->place_->first == timer->Expiry()) {
-            TakeOut(timer->place_);
-        }
-        return;
-    }
     const auto [first, last] = queue_.equal_range(timer->Expiry());
     const auto found =
         std::find_if(first, last, [timer](const auto& element) { return element.second == timer; });
     if (found != last) {
-        TakeOut(found);
+        spare_ = queue_.extract(found);
     }
-}
-
-void TimeKeeper::TakeOut(TimerQueue::iterator place) {
-    TimerTkIntf* const timer = place->second;
-    if (timer->keeper_ == number_) {
-        // The note may be of another element of this timer: that one is then unplaced, and the
-        // count stays.
-        timer->keeper_ = 0;
-    } else {
-        --unplaced_;
-    }
-    spare_ = queue_.extract(place);
 }
 
 TimeValue TimeKeeper::TimeToNext() const {
@@ -78,7 +49,7 @@ void TimeKeeper::ProcessExpired(TimeValue now) {
             return;
         }
         // Out of the queue before it runs: the callback may do anything to its own timer.
-        TakeOut(queue_.begin());
+        spare_ = queue_.extract(queue_.begin());
         timer->Expire(now);
         ++expiredCount_;
     }

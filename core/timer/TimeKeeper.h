@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 
 #include "core/timer/TimerIntf.h"
 
@@ -31,20 +32,13 @@ public:
     void Dump(Writable* out) const override;
 
 private:
-    TimerQueue::iterator Insert(TimerTkIntf* timer);
-    void TakeOut(TimerQueue::iterator place);
+    using Queue = std::multimap<TimeValue, TimerTkIntf*>;
 
     uint32_t expiredCount_ = 0;
-    TimerQueue queue_;
-    // The last element taken out of the queue, kept for the next timer that is armed: a timer
-    // that is re-armed costs no allocation.
-    TimerQueue::node_type spare_;
-    // Elements without a note in their timer, because it was queued already, here or in another
-    // manager. None of ours is; only while there are any, timers are searched for.
-    size_t unplaced_ = 0;
-    // Tells this manager's notes from those of others, also of one that is gone.
-    inline static uint64_t lastNumber_ = 0;
-    const uint64_t number_ = ++lastNumber_;
+    Queue queue_;
+    // The last node taken out of the queue, kept for the next timer to be armed: the heartbeat is
+    // re-armed also when no memory can be had.
+    Queue::node_type spare_;
 };
 
 }  // namespace Quenda

@@ -1,6 +1,7 @@
 #include "core/timer/TimeValue.h"
 
 #include <ctime>
+#include <tuple>
 
 namespace Quenda {
 
@@ -66,6 +67,14 @@ void TimeValue::SetToNowPlus(uint32_t milliseconds) {
 
 TimeValue TimeValue::operator-(const TimeValue& other) const {
     return {WrapSeconds(int64_t{seconds_} - other.seconds_), nanoseconds_ - other.nanoseconds_};
+}
+
+bool TimeValue::operator<(const TimeValue& other) const {
+    return std::tie(seconds_, nanoseconds_) < std::tie(other.seconds_, other.nanoseconds_);
+}
+
+bool TimeValue::operator==(const TimeValue& other) const {
+    return std::tie(seconds_, nanoseconds_) == std::tie(other.seconds_, other.nanoseconds_);
 }
 
 int64_t MonotonicMs() {

@@ -27,13 +27,10 @@ public:
 
     TimeValue operator-(const TimeValue& other) const;
     bool operator>=(const TimeValue& other) const { return !(*this < other); }
-    bool operator<(const TimeValue& other) const { return Ordinal() < other.Ordinal(); }
-    bool operator==(const TimeValue& other) const { return Ordinal() == other.Ordinal(); }
+    bool operator<(const TimeValue& other) const;
+    bool operator==(const TimeValue& other) const;
 
 private:
-    // One number to compare: the queue of timers does little else.
-    int64_t Ordinal() const { return int64_t{seconds_} * (int64_t{1} << 32) + nanoseconds_; }
-
     int32_t seconds_ = 0;
     int32_t nanoseconds_ = 0;
 };

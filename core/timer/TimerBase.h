@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "core/callback/Callback.h"
 #include "core/timer/TimerIntf.h"
 
@@ -38,16 +40,14 @@ protected:
     bool CallBack(const TimeValue& now);
 
 private:
-    class DestructionWatch;
-
     SharedText name_;
     TimeValue expiry_;
     TimerMgrIntf* manager_;
     bool active_ = false;
     void* userData_ = nullptr;
     Callback callback_;
-    // While a callback runs, where to note that it destroyed this timer.
-    bool* destroyed_ = nullptr;
+    // Without a deleter: a weak reference to it tells whether the timer still exists.
+    std::shared_ptr<TimerBase> self_;
 };
 
 }  // namespace Quenda

@@ -2,28 +2,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <map>
 
 #include "core/text/SharedText.h"
 #include "core/timer/TimeValue.h"
 
 namespace Quenda {
 
-class TimeKeeper;
-class TimerTkIntf;
 class Writable;
-
-// Timers by their expiry; those of the same expiry stand in the order in which they were armed.
-using TimerQueue = std::multimap<TimeValue, TimerTkIntf*>;
 
 // A timer, as the manager sees it.
 class TimerTkIntf {
 public:
-    TimerTkIntf() = default;
-    // A copy is not queued.
-    TimerTkIntf(const TimerTkIntf& /*other*/) {}
-    TimerTkIntf& operator=(const TimerTkIntf&) = delete;
     virtual ~TimerTkIntf() = default;
     // Zero when it has expired, never negative.
     virtual TimeValue TimeRemaining(const TimeValue& now) const = 0;
@@ -34,13 +23,6 @@ public:
     // destroy itself and others.
     virtual void Expire(const TimeValue& now) = 0;
     virtual SharedText Name() const = 0;
-
-private:
-    // A manager's note of where it has put this timer, so that it need not search for it: the only
-    // data in an interface, for it belongs to the manager and has to be with the timer.
-    friend class TimeKeeper;
-    uint64_t keeper_ = 0;  // its number; 0 while the timer is not queued
-    TimerQueue::iterator place_;
 };
 
 // The manager, as timers see it. It does not own them.

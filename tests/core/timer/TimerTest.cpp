@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdlib>
+#include <new>
 
 #include "core/output/StringWritable.h"
 #include "core/timer/PeriodicTimer.h"
@@ -8,6 +10,21 @@
 #include "tests/support/CallbackTo.h"
 
 using namespace Quenda;
+
+static int allocations = 0;
+
+void* operator new(size_t size) {
+    ++allocations;
+    return malloc(size);
+}
+
+void operator delete(void* block) noexcept {
+    free(block);
+}
+
+void operator delete(void* block, size_t /*size*/) noexcept {
+    free(block);
+}
 
 namespace {
 
@@ -56,6 +73,14 @@ TEST_F(TimerTest, StallYieldsOneCallForEachMissedPeriodWithTheTimeIn32Bits) {
     EXPECT_EQ(timer.Expiry(), TimeValue(4294967, 300000000));
     EXPECT_EQ(now_, 1U);
     EXPECT_EQ(data_, &timer);
+}
+
+TEST_F(TimerTest, FiringAndRearmingTakesNoMemory) {
+    PeriodicTimer timer("p", Do([] {}));
+    timer.Start(0, 100);
+    const int before = allocations;
+    keeper_.ProcessExpired(timer.Expiry());
+    EXPECT_EQ(allocations, before);
 }
 
 TEST_F(TimerTest, CallbackMayStopRestartOrDestroyItsOwnTimer) {
