@@ -149,7 +149,7 @@ Json::Value Overlay(const Json::Value& value, const Json::Value& source, unsigne
                 levels == 0 ? Replaced(old, source[name]) : Overlay(old, source[name], levels - 1);
         }
     }
-    return result;
+    return Replaced(value, result);  // the comment of a null value is lost on the way
 }
 
 std::string Merge(Json::Value& value, const Json::Value& source, const Json::Value& ids,

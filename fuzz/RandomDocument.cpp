@@ -174,7 +174,7 @@ MergeTrees RandomMerge(FuzzInput& input) {
 Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
     Json::Value* part = &document;
     for (unsigned left = input.ConsumeIntegralInRange(0U, kMaxPathNames); left > 0; --left) {
-        if (Quenda::JsonValue::IsEmpty(*part) || !(part->isArray() || part->isObject())) {
+        if (part->empty() || !(part->isArray() || part->isObject())) {
             break;
         }
         const unsigned index = input.ConsumeIntegralInRange(0U, part->size() - 1);

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
-#include "core/options/JsonComplaint.h"
+#include "core/options/internal/JsonComplaint.h"
 #include "core/text/TargetNumbers.h"
 
 namespace Quenda::JsonValue {
@@ -15,33 +14,6 @@ namespace {
 [[noreturn]] void EndProcess(const char* complaint) {
     ComplainAboutJson(complaint);
     std::abort();
-}
-
-bool IsContainer(const Json::Value& value) {
-    return value.type() >= Json::arrayValue;  // arrays and objects are the last of the types
-}
-
-bool IsOneOf(const Json::Value& value, const Parts& parts) {
-    return &value == parts[0] || &value == parts[1];
-}
-
-Finding LookInside(const Json::Value& container, unsigned levels, const Parts& parts) {
-    if (levels == 0) {
-        return Finding::kTooDeep;
-    }
-    Finding finding = Finding::kNothing;
-    for (const Json::Value& child : container) {
-        if (IsOneOf(child, parts)) {
-            finding = Finding::kPart;
-        }
-        if (IsContainer(child)) {
-            finding = std::max(finding, LookInside(child, levels - 1, parts));
-        }
-        if (finding == Finding::kTooDeep) {
-            break;
-        }
-    }
-    return finding;
 }
 
 }  // namespace
@@ -62,10 +34,6 @@ bool IsNumeric(const Json::Value& value) {
     return IsIntegral(value) || value.type() == Json::realValue;
 }
 
-bool IsEmpty(const Json::Value& value) {
-    return value.empty();
-}
-
 int32_t AsInt(const Json::Value& value) {
     switch (value.type()) {
         case Json::nullValue:
@@ -76,14 +44,13 @@ int32_t AsInt(const Json::Value& value) {
             return value.asInt();
         case Json::uintValue:
             // The largest signed number itself is complained about, too, on purpose.
-            if (value.asUInt() >= uint32_t{std::numeric_limits<int32_t>::max()}) {
+            if (value.asUInt() >= uint32_t{INT32_MAX}) {
                 ComplainAboutJson("integer out of signed integer range");
             }
             return static_cast<int32_t>(value.asUInt());
         case Json::realValue: {
             const double real = value.asDouble();
-            if (!(real >= std::numeric_limits<int32_t>::min() &&
-                  real <= std::numeric_limits<int32_t>::max())) {
+            if (!(real >= INT32_MIN && real <= INT32_MAX)) {
                 ComplainAboutJson("Real out of signed integer range");
             }
             return DoubleToInt32(real);
@@ -108,7 +75,7 @@ uint32_t AsUInt(const Json::Value& value) {
             return value.asUInt();
         case Json::realValue: {
             const double real = value.asDouble();
-            if (!(real >= 0 && real <= std::numeric_limits<uint32_t>::max())) {
+            if (!(real >= 0 && real <= UINT32_MAX)) {
                 ComplainAboutJson("Real out of unsigned integer range");
             }
             return DoubleToUInt32(real);
@@ -132,19 +99,22 @@ std::string AsText(const Json::Value& value) {
     return value.asString();
 }
 
+std::string_view MemberName(const Json::ValueConstIterator& member) {
+    const char* end = nullptr;
+    const char* const name = member.memberName(&end);
+    return {name, static_cast<size_t>(end - name)};
+}
+
 const Json::Value* FindMember(const Json::Value& value, const char* name) {
     if (!value.isObject() || name == nullptr) {
         return nullptr;
     }
-    return value.find(name, name + std::strlen(name));
+    return value.find(name, name + strlen(name));
 }
 
-Json::Value* FindMember(Json::Value& value, const char* name) {
-    return const_cast<Json::Value*>(FindMember(static_cast<const Json::Value&>(value), name));
-}
-
-const Json::Value& MemberOrNull(const Json::Value& value, const char* name, const char* nameEnd) {
-    const Json::Value* member = value.isObject() ? value.find(name, nameEnd) : nullptr;
+const Json::Value& MemberOrNull(const Json::Value& value, std::string_view name) {
+    const Json::Value* member =
+        value.isObject() ? value.find(name.data(), name.data() + name.size()) : nullptr;
     return member == nullptr ? Json::Value::nullSingleton() : *member;
 }
 
@@ -152,14 +122,14 @@ void SetSameLineComment(Json::Value& value, const std::string& text) {
     value.setComment(text, Json::commentAfterOnSameLine);
 }
 
-Finding LookThrough(const Json::Value& value, unsigned levels, const Parts& parts) {
-    const Finding inside =
-        IsContainer(value) ? LookInside(value, levels, parts) : Finding::kNothing;
-    return IsOneOf(value, parts) ? std::max(inside, Finding::kPart) : inside;
-}
-
 bool NestsDeeperThan(const Json::Value& value, unsigned levels) {
-    return LookThrough(value, levels, {}) == Finding::kTooDeep;
+    if (!value.isArray() && !value.isObject()) {
+        return false;
+    }
+    return levels == 0 ||
+           std::any_of(value.begin(), value.end(), [levels](const Json::Value& child) {
+               return NestsDeeperThan(child, levels - 1);
+           });
 }
 
 }  // namespace Quenda::JsonValue

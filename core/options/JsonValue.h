@@ -6,9 +6,9 @@
 // and ends the process, so test the type first.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "json/value.h"
 
@@ -23,8 +23,6 @@ bool IsObject(const Json::Value& value);
 bool IsArray(const Json::Value& value);
 bool IsIntegral(const Json::Value& value);
 bool IsNumeric(const Json::Value& value);
-// Null, or an array or object without elements.
-bool IsEmpty(const Json::Value& value);
 
 // Null gives 0. An unsigned number from 2147483647 on (itself included) is complained about and
 // gives its bits as a signed number.
@@ -34,21 +32,18 @@ double AsDouble(const Json::Value& value);
 // Of a string, a boolean ("true" or "false") or null (""); any other type ends the process.
 std::string AsText(const Json::Value& value);
 
+// The name of the member that an iterator stands at. A part of the document; ends with a zero byte.
+std::string_view MemberName(const Json::ValueConstIterator& member);
 // The member, or null when there is none, also for a value that is no object and for a null name.
 const Json::Value* FindMember(const Json::Value& value, const char* name);
-Json::Value* FindMember(Json::Value& value, const char* name);
-// The member of the name between the pointers, or a null value, also for a value that is no object.
-const Json::Value& MemberOrNull(const Json::Value& value, const char* name, const char* nameEnd);
+// The same, but a null value when there is none.
+const Json::Value& MemberOrNull(const Json::Value& value, std::string_view name);
 
 // Places a comment after the value on the same line. One that does not begin with "/" is
 // complained about and kept. `text` is not empty.
 void SetSameLineComment(Json::Value& value, const std::string& text);
 
-// What a look through a whole value finds. kTooDeep: arrays and objects nest in more than the
-// levels given (a scalar has none). Otherwise kPart: one of the parts is the value or inside it.
-enum class Finding { kNothing, kPart, kTooDeep };
-using Parts = std::array<const Json::Value*, 2>;
-Finding LookThrough(const Json::Value& value, unsigned levels, const Parts& parts);
+// Whether arrays and objects nest in more levels than that (a scalar has none).
 bool NestsDeeperThan(const Json::Value& value, unsigned levels);
 
 }  // namespace Quenda::JsonValue

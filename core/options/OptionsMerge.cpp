@@ -1,19 +1,42 @@
+// The part of OptionsNodeEdit that lays one tree over another and merges changes into it.
 #include <string>
 #include <utility>
 
 #include "core/options/JsonValue.h"
-#include "core/options/MatchElement.h"
-#include "core/options/MemberCursor.h"
-#include "core/options/OptionsAssign.h"
 #include "core/options/OptionsNodeEdit.h"
+#include "core/options/internal/JsonEdit.h"
+#include "core/options/internal/MatchElement.h"
 #include "core/text/FormatText.h"
 
 namespace Quenda {
 
 namespace {
 
+constexpr char kNullNode[] = "Invalid operation: merge on Null OptionsNode(s)";
 constexpr char kArrayToNonArray[] = ": Cannot merge array to non-array";
 constexpr char kIdsMismatch[] = ": Array IDs type does not match destination type";
+
+void OverlayValue(Json::Value& destination, const Json::Value& source, uint32_t depth,
+                  uint32_t maxDepth) {
+    if (source.isNull()) {
+        return;
+    }
+    if (!source.isObject() || !JsonValue::IsObject(destination)) {
+        AssignValue(destination, source);
+        return;
+    }
+    for (auto member = source.begin(); member != source.end(); ++member) {
+        if (member->isNull()) {
+            continue;
+        }
+        Json::Value& target = DemandMember(destination, JsonValue::MemberName(member));
+        if (depth < maxDepth) {
+            OverlayValue(target, *member, depth + 1, maxDepth);
+        } else {
+            AssignValue(target, *member);
+        }
+    }
+}
 
 // One step of the way from the root to the value that is merged into.
 struct MergeContext {
@@ -22,9 +45,7 @@ struct MergeContext {
     Json::Value& destination;
 
     // Empty for the root. A member of an element follows two slashes.
-    std::string Path() const {
-        return parent == nullptr ? std::string() : parent->Path() + "/" + name;
-    }
+    std::string Path() const { return parent == nullptr ? "" : parent->Path() + "/" + name; }
 };
 
 // Returns the message of the failure that ended the merge, empty when all went well. What was
@@ -36,7 +57,7 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
                         const Json::Value& ids) {
     if (context.destination.isNull()) {
         AssignValue(context.destination, source);
-        return {};
+        return "";
     }
     if (!context.destination.isObject()) {
         return context.Path() + ": Cannot merge object to non-object";
@@ -45,33 +66,26 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
     if (!JsonValue::IsObject(ids) && !source.empty()) {
         return context.Path() + kIdsMismatch;
     }
-    MemberCursor members(context.destination);
-    for (auto member = source.begin(), end = source.end(); member != end; ++member) {
-        const char* nameEnd = nullptr;
-        const char* name = member.memberName(&nameEnd);
+    for (auto member = source.begin(); member != source.end(); ++member) {
+        const std::string_view name = JsonValue::MemberName(member);
         // Made even for a null source member, which so adds a null one.
-        const MergeContext child{&context, name, members.Demand(name, nameEnd)};
-        std::string message =
-            MergeInto(child, *member, JsonValue::MemberOrNull(ids, name, nameEnd));
+        const MergeContext child{&context, name.data(), DemandMember(context.destination, name)};
+        std::string message = MergeInto(child, *member, JsonValue::MemberOrNull(ids, name));
         if (!message.empty()) {
             return message;
         }
     }
-    return {};
+    return "";
 }
 
 // Merges into the first matching element, or appends.
 std::string MergeElement(const MergeContext& context, const Json::Value& source, uint32_t index,
-                         const Json::Value& ids, ElementMatcher& matcher) {
+                         const Json::Value& ids) {
     Json::Value& destination = context.destination;
-    matcher.SetSource(source);
-    const Json::ArrayIndex size = destination.size();
-    auto next = destination.begin();
-    const auto end = destination.end();
-    for (Json::ArrayIndex i = 0; i < size; ++i) {
+    for (Json::ArrayIndex i = 0; i < destination.size(); ++i) {
         // An array with gaps lacks some null elements; they come into being when looked at.
-        Json::Value& element = next != end && next.index() == i ? *next++ : destination[i];
-        switch (matcher.Match(element)) {
+        Json::Value& element = destination[i];
+        switch (MatchElement(element, source, ids)) {
             case ElementMatch::kDifferent:
                 break;
             case ElementMatch::kSame:
@@ -86,11 +100,11 @@ std::string MergeElement(const MergeContext& context, const Json::Value& source,
                 return context.Path() + FormatText("[%u]: Array elements not comparable", index);
         }
     }
-    if (!destination.empty() && !TypesCompatible(destination.begin()->type(), source.type())) {
+    if (!destination.empty() && !TypesCompatible(destination[0U].type(), source.type())) {
         return "Invalid operation: adding incompatible element to array OptionsNode";
     }
     AssignValue(destination[destination.size()], source);
-    return {};
+    return "";
 }
 
 std::string MergeArray(const MergeContext& context, const Json::Value& source,
@@ -107,53 +121,65 @@ std::string MergeArray(const MergeContext& context, const Json::Value& source,
     }
     if (isNew || ids.isNull()) {
         AssignValue(context.destination, source);
-        return {};
+        return "";
     }
-    ElementMatcher matcher(ids[0U]);
-    for (auto element = source.begin(), end = source.end(); element != end; ++element) {
-        if (element->isNull()) {
+    for (Json::ArrayIndex i = 0; i < source.size(); ++i) {
+        if (source[i].isNull()) {
             continue;
         }
-        std::string message = MergeElement(context, *element, element.index(), ids[0U], matcher);
+        std::string message = MergeElement(context, source[i], i, ids[0U]);
         if (!message.empty()) {
             return message;
         }
     }
-    return {};
+    return "";
 }
 
 std::string MergeInto(const MergeContext& context, const Json::Value& source,
                       const Json::Value& ids) {
     switch (source.type()) {
         case Json::nullValue:
-            return {};
+            return "";
         case Json::objectValue:
             return MergeObject(context, source, ids);
         case Json::arrayValue:
             return MergeArray(context, source, ids);
         default:
-            return AssignCompatible(context.destination, source) ? std::string() : kTypeChange;
+            if (!TypesCompatible(context.destination.type(), source.type())) {
+                return "Invalid operation: cannot change type of existing OptionsNodeEdit";
+            }
+            AssignValue(context.destination, source);
+            return "";
     }
 }
 
 }  // namespace
 
+// Both read copies: a source may be a part of this value, or this value a part of it.
+
+bool OptionsNodeEdit::Overlay(const OptionsNode& source, uint32_t maxDepth) {
+    if (editValue_ == nullptr || source.IsEmpty()) {
+        return Fail(kNullNode);
+    }
+    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting)) {
+        return false;
+    }
+    OverlayValue(*editValue_, Json::Value(source.Value()), 0, maxDepth);
+    (void)Changed();
+    // The outcome is told by the message alone, on purpose.
+    return false;
+}
+
 bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayIds) {
     if (editValue_ == nullptr || source.IsEmpty()) {
-        return Fail("Invalid operation: merge on Null OptionsNode(s)");
+        return Fail(kNullNode);
     }
-    const MergeContext root{nullptr, "", *editValue_};
-    std::string message;
-    switch (LookAtSources(source.Value(), arrayIds.Value())) {
-        case Sources::kTooDeep:
-            return FailTooDeep();
-        case Sources::kShared:
-            message = MergeInto(root, Json::Value(source.Value()), Json::Value(arrayIds.Value()));
-            break;
-        case Sources::kApart:
-            message = MergeInto(root, source.Value(), arrayIds.Value());
-            break;
+    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting) ||
+        !CheckNesting(arrayIds.Value(), JsonValue::kMaxNesting)) {
+        return false;
     }
+    std::string message = MergeInto({nullptr, "", *editValue_}, Json::Value(source.Value()),
+                                    Json::Value(arrayIds.Value()));
     const bool merged = message.empty();
     SetError(std::move(message));
     (void)Changed();

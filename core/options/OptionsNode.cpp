@@ -1,10 +1,9 @@
 #include "core/options/OptionsNode.h"
 
-#include <cstring>
 #include <utility>
 
-#include "core/options/CompactText.h"
 #include "core/options/JsonValue.h"
+#include "core/options/internal/JsonEdit.h"
 #include "json/writer.h"
 
 namespace Quenda {
@@ -78,15 +77,13 @@ OptionsNode OptionsNode::GetNode(const OptionsPath& path) const {
         return Derive(nullptr);
     }
     const Json::Value* current = value_;
-    Json::ValueType type = current->type();
     for (const char* name : path) {
-        if (type != Json::objectValue) {
+        if (!current->isObject()) {
             (void)Fail("non-object OptionsNode down the path");
             return Derive(nullptr);
         }
-        current = name == nullptr ? nullptr : current->find(name, name + std::strlen(name));
-        type = current == nullptr ? Json::nullValue : current->type();
-        if (type == Json::nullValue) {
+        current = JsonValue::FindMember(*current, name);
+        if (current == nullptr || current->isNull()) {
             (void)Fail("empty OptionsNode down the path");
             return Derive(nullptr);
         }
@@ -100,8 +97,8 @@ bool OptionsNode::ForEachMember(const MemberVisitor& visitor) const {
     }
     bool stop = false;
     for (auto member = value_->begin(); !stop && member != value_->end(); ++member) {
-        const char* nameEnd = nullptr;
-        visitor->Invoke(stop, member.memberName(&nameEnd), OptionsNode(&*member, context_));
+        visitor->Invoke(stop, JsonValue::MemberName(member).data(),
+                        OptionsNode(&*member, context_));
     }
     return true;
 }
@@ -126,10 +123,9 @@ bool OptionsNode::SelectMembers(const MemberPredicate& predicate, OptionsNode& r
     }
     Json::Value selected(value_->type());
     for (auto member = value_->begin(); member != value_->end(); ++member) {
-        const char* nameEnd = nullptr;
-        const char* name = member.memberName(&nameEnd);
-        if (predicate->Invoke(name)) {
-            *selected.demand(name, nameEnd) = *member;
+        const std::string_view name = JsonValue::MemberName(member);
+        if (predicate->Invoke(name.data())) {
+            DemandMember(selected, name) = *member;
         }
     }
     if (selected.empty()) {
@@ -146,27 +142,21 @@ bool OptionsNode::SelectMembers(const MemberPredicate& predicate, OptionsNode& r
 
 void OptionsNode::Print(Writable* out, const OptionsPath& path) const {
     const OptionsNode found = GetNode(path);
-    if (JsonValue::IsEmpty(found.Value()) || !CheckNesting(found.Value(), JsonValue::kMaxNesting)) {
-        return;
+    if (!found.Value().empty() && CheckNesting(found.Value(), JsonValue::kMaxNesting)) {
+        Json::StyledWriter writer;
+        out->Printf("\n%s\n", writer.write(found.Value()).c_str());
     }
-    Json::StyledWriter writer;
-    out->Printf("\n%s\n", writer.write(found.Value()).c_str());
+}
+
+SharedText OptionsNode::GetCompactText() const {
+    if (Value().empty() || !CheckNesting(Value(), JsonValue::kMaxNesting)) {
+        return "";
+    }
+    Json::FastWriter writer;
+    return writer.write(Value());
 }
 
 #pragma GCC diagnostic pop
-
-SharedText OptionsNode::GetCompactText() const {
-    if (JsonValue::IsEmpty(Value())) {
-        return "";
-    }
-    std::string text;
-    if (!AppendCompactText(text, Value(), JsonValue::kMaxNesting)) {
-        (void)FailTooDeep();
-        return "";
-    }
-    text += '\n';
-    return SharedText(std::move(text));
-}
 
 bool OptionsNode::Fail(const char* message) const {
     error_ = message;

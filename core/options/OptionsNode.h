@@ -29,8 +29,8 @@ using MemberPredicate = CallbackRef<bool(const char*)>;
 // outlive the node; or of a value that the node holds itself. What is looked up in such a node
 // views a part of it and must not outlive it.
 //
-// The document wipes its texts and names when it releases them. Texts handed out here (of values,
-// of whole trees, messages with a path) are ordinary strings and are not wiped.
+// The document wipes its texts and names, but not its comments, when it releases them. Texts handed
+// out here (of values, of whole trees, messages with a path) are ordinary strings: not wiped.
 //
 // A null value counts as an object and as an array without elements. Nothing throws: a call
 // that fails gives false, an empty text or a node that views a null value, and leaves its message

@@ -1,11 +1,9 @@
 #include "core/options/OptionsNodeEdit.h"
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "core/options/JsonValue.h"
-#include "core/options/OptionsAssign.h"
+#include "core/options/internal/JsonEdit.h"
 
 namespace Quenda {
 
@@ -16,22 +14,6 @@ constexpr unsigned kMaxSourceNesting = JsonValue::kMaxNesting - 1;
 
 constexpr char kMissingObject[] = "Invalid operation: object does not exist";
 constexpr char kMoveToSelf[] = "Invalid operation: move object from self to self";
-
-// Without recursion: a document may nest deeper than what is ever put into it at once.
-bool IsPartOf(const Json::Value* part, const Json::Value& whole) {
-    std::vector<const Json::Value*> pending{&whole};
-    while (!pending.empty()) {
-        const Json::Value* value = pending.back();
-        pending.pop_back();
-        if (value == part) {
-            return true;
-        }
-        for (const Json::Value& child : *value) {
-            pending.push_back(&child);
-        }
-    }
-    return false;
-}
 
 }  // namespace
 
@@ -62,32 +44,8 @@ OptionsNodeEdit::~OptionsNodeEdit() {
     editValue_ = nullptr;
 }
 
-bool OptionsNodeEdit::HoldsObject() const {
-    return editValue_ != nullptr && JsonValue::IsObject(*editValue_);
-}
-
-bool OptionsNodeEdit::CopySource(Json::Value& copy, const OptionsNode& source) const {
-    if (!CheckNesting(source.Value(), kMaxSourceNesting)) {
-        return false;
-    }
-    copy = source.Value();
-    return true;
-}
-
-OptionsNodeEdit::Sources OptionsNodeEdit::LookAtSources(const Json::Value& source,
-                                                        const Json::Value& ids) const {
-    using JsonValue::Finding;
-    using JsonValue::kMaxNesting;
-    using JsonValue::LookThrough;
-    const Finding finding = std::max(LookThrough(source, kMaxNesting, {editValue_}),
-                                     LookThrough(ids, kMaxNesting, {editValue_}));
-    if (finding == Finding::kTooDeep) {
-        return Sources::kTooDeep;
-    }
-    // A document that is too deep to be looked through may have anything in it.
-    const bool apart = finding == Finding::kNothing &&
-                       LookThrough(*editValue_, kMaxNesting, {&source, &ids}) == Finding::kNothing;
-    return apart ? Sources::kApart : Sources::kShared;
+bool OptionsNodeEdit::HoldsArray() const {
+    return editValue_ != nullptr && JsonValue::IsArray(*editValue_);
 }
 
 bool OptionsNodeEdit::Changed() {
@@ -109,7 +67,7 @@ bool OptionsNodeEdit::SetLeafValue(const char* name, Json::Value value, const ch
     if (!HoldsObject() || name == nullptr) {
         return Fail("Invalid operation: OptionsNodeEdit is not object type");
     }
-    Json::Value& member = (*editValue_)[name];
+    Json::Value& member = DemandMember(*editValue_, name);
     if (value.isNull() || member.isObject() || member.isArray()) {
         return Fail("Invalid operation: the child node is not leaf node");
     }
@@ -162,11 +120,12 @@ bool OptionsNodeEdit::AddMember(const char* name, const OptionsNode& source, boo
 }
 
 bool OptionsNodeEdit::PutMember(const char* name, const OptionsNode& source) {
-    Json::Value member;
-    if (!CopySource(member, source)) {
+    if (!CheckNesting(source.Value(), kMaxSourceNesting)) {
         return false;
     }
-    AssignValue((*editValue_)[name], std::move(member));
+    // Before anything changes: the source may be a part of this value, or the other way round.
+    Json::Value copy = source.Value();
+    AssignValue(DemandMember(*editValue_, name), std::move(copy));
     return Changed();
 }
 
@@ -181,7 +140,7 @@ bool OptionsNodeEdit::ModifyMember(const char* name, const OptionsNode& source) 
 }
 
 bool OptionsNodeEdit::RemoveMember(const char* name) {
-    if (!HoldsObject() || JsonValue::FindMember(*editValue_, name) == nullptr) {
+    if (JsonValue::FindMember(Value(), name) == nullptr) {
         return Fail(kMissingObject);
     }
     Json::Value removed;
@@ -190,11 +149,11 @@ bool OptionsNodeEdit::RemoveMember(const char* name) {
 }
 
 bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, bool allowMissing) {
-    const Json::Value* old = HoldsObject() ? JsonValue::FindMember(*editValue_, oldName) : nullptr;
+    const Json::Value* old = JsonValue::FindMember(Value(), oldName);
     if (!HoldsObject() || newName == nullptr || (old == nullptr && !allowMissing)) {
         return Fail(kMissingObject);
     }
-    Json::Value& renamed = (*editValue_)[newName];
+    Json::Value& renamed = DemandMember(*editValue_, newName);
     if (old == &renamed) {
         return Changed();  // both names are the same
     }
@@ -211,20 +170,57 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
     if (&destination == this) {
         return destination.Fail(kMoveToSelf);
     }
-    Json::Value* moved = HoldsObject() ? JsonValue::FindMember(*editValue_, name) : nullptr;
+    const Json::Value* moved = JsonValue::FindMember(Value(), name);
     if (moved == nullptr) {
         return Fail(kMissingObject);
     }
-    const OptionsNodeEdit member(moved, destination.modified_, destination.Context());
+    const OptionsNode member(moved);
     if (!destination.MayAdd(newName, member, replace)) {
         return false;
     }
     const Json::Value* replaced = JsonValue::FindMember(destination.Value(), newName);
-    if (IsPartOf(destination.editValue_, *moved) ||
-        (replace && replaced != nullptr && IsPartOf(moved, *replaced))) {
+    if (IsPartOf(*destination.editValue_, *moved) ||
+        (replaced != nullptr && IsPartOf(*moved, *replaced))) {
         return destination.Fail(kMoveToSelf);
     }
     return destination.PutMember(newName, member) && RemoveMember(name);
+}
+
+bool OptionsNodeEdit::Append(const OptionsNode& source) {
+    if (!HoldsArray() || &source == this) {
+        return Fail(
+            "Invalid operation: cannot append to non-array OptionsNodeEdit or append itself");
+    }
+    return PutElement(editValue_->size(), source);
+}
+
+bool OptionsNodeEdit::SetElement(uint32_t index, const OptionsNode& source) {
+    if (!HoldsArray() || std::as_const(*editValue_)[index].isNull()) {
+        return Fail("Invalid operation: array index does not exist");
+    }
+    return PutElement(index, source);
+}
+
+bool OptionsNodeEdit::PutElement(uint32_t index, const OptionsNode& source) {
+    if (!CheckNesting(source.Value(), kMaxSourceNesting)) {
+        return false;
+    }
+    Json::Value copy = source.Value();  // as in PutMember
+    AssignValue(DemandElement(*editValue_, index), std::move(copy));
+    return Changed();
+}
+
+bool OptionsNodeEdit::Truncate(uint32_t size) {
+    if (!HoldsArray() || size >= editValue_->size()) {
+        return Fail("Invalid operation: the array is already smaller than the truncated size");
+    }
+    if (size > 0) {
+        // An array that was filled with gaps has its last element only from here on, without
+        // which the library would not find the size it wants.
+        (void)(*editValue_)[size - 1];
+    }
+    editValue_->resize(size);
+    return true;
 }
 
 }  // namespace Quenda

@@ -8,10 +8,11 @@
 namespace Quenda {
 
 // An editable view of one value in an options tree. Edits return true on success; a refused one
-// leaves its message in this node (see OptionsNode).
+// leaves its message in this node (see OptionsNode). A value's comment stays with whatever replaces
+// the value, unless that brings one of its own.
 //
-// A node given as a source may view a part of this tree, or the other way round; it is then
-// copied first. An edit that removes or replaces a value leaves every other node that views it, or
+// Sources are copied before anything changes: a source may view a part of this tree, or the other
+// way round. An edit that removes or replaces a value leaves every other node that views it, or
 // a part of it, dangling. So a name must not be the text of a value that the edit replaces.
 class OptionsNodeEdit : public OptionsNode {
 public:
@@ -74,19 +75,13 @@ public:
     bool Merge(const OptionsNode& source, const OptionsNode& arrayIds);
 
 private:
-    bool HoldsObject() const;
+    bool HoldsObject() const { return editValue_ != nullptr && IsObject(); }
     bool HoldsArray() const;
     bool SetLeafValue(const char* name, Json::Value value, const char* comment);
     // Whether the source may become a member: the refusals of `AddMember`.
     bool MayAdd(const char* name, const OptionsNode& source, bool replace) const;
     bool PutMember(const char* name, const OptionsNode& source);
-    // False after a failure: `copy` is then untouched. Copies before anything changes, for the
-    // source may view a part of this value, or this value may be a part of the source.
-    bool CopySource(Json::Value& copy, const OptionsNode& source) const;
-    // What a merge reads while it changes this value: apart from it; sharing values with it, so
-    // that copies must be read; or nesting too deeply to be read at all.
-    enum class Sources { kApart, kShared, kTooDeep };
-    Sources LookAtSources(const Json::Value& source, const Json::Value& ids) const;
+    bool PutElement(uint32_t index, const OptionsNode& source);
     bool Changed();
 
     Json::Value* editValue_;

@@ -130,6 +130,33 @@ TEST(OptionsNodeEditTest, SameLineCommentStaysUnlessTheSourceBringsOne) {
     EXPECT_EQ(doc["a"].getComment(Json::commentAfterOnSameLine), "//\n");
 }
 
+TEST(OptionsNodeEditTest, CommentOfANullValueStaysWhenItGetsMembersOrElements) {
+    const OptionsNode one(J("1")), object(J("{'a':1}")), list(J("[1]")), null;
+    const std::function<void(Edit&)> edits[] = {
+        [](Edit& n) { (void)n.SetLeaf("a", 1, nullptr); },
+        [&](Edit& n) { (void)n.AddMember("a", one, false); },
+        [&](Edit& n) { (void)n.ModifyMember("a", object); },
+        [](Edit& n) { (void)n.RenameMember("b", "a", true); },
+        [](Edit& n) {
+            Edit other;
+            (void)other.SetLeaf("a", 1, nullptr);
+            (void)other.MoveMember(n, "a", "a", false);
+        },
+        [&](Edit& n) { (void)n.Append(one); },
+        [&](Edit& n) { (void)n.Overlay(object, 1); },
+        [&](Edit& n) { (void)n.Merge(object, null); },
+        [&](Edit& n) { (void)n.Merge(list, null); },
+    };
+    for (const auto& edit : edits) {
+        Json::Value document;
+        Edit node(&document, nullptr);
+        EXPECT_TRUE(node.SetComment("why"));
+        edit(node);
+        EXPECT_FALSE(document.empty()) << &edit - edits;
+        EXPECT_EQ(document.getComment(Json::commentAfterOnSameLine), "//why") << &edit - edits;
+    }
+}
+
 TEST(OptionsNodeEditTest, SourcesMayBePartsOfWhatChanges) {
     Json::Value doc = J("{'a':{'a':{'x':1}}}");
     Edit root(&doc, nullptr), inner(&doc["a"], nullptr);

@@ -15,7 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "core/options/JsonComplaint.h"
+#include "core/options/internal/JsonComplaint.h"
 
 namespace Json {
 using UInt64 = uint64_t;
