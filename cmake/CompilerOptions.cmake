@@ -8,8 +8,10 @@ target_compile_options(keldra_options INTERFACE
 target_compile_definitions(keldra_options INTERFACE _GNU_SOURCE)
 
 # A 32-bit time_t ends in 2038 and a 32-bit off_t at 2 GB: both have 64 bits wherever the program
-# runs, in third-party code as well.
-add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
+# runs, in third-party code as well. So it is in every program on the core library: they exchange
+# times.
+set(QUENDA_DEFINITIONS _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+add_compile_definitions(${QUENDA_DEFINITIONS})
 
 # Unused functions leave the binary; no path of the building machine enters it.
 add_compile_options(-ffunction-sections -fdata-sections
@@ -18,6 +20,8 @@ add_link_options(-Wl,--gc-sections -Wl,--as-needed)
 
 if(KELDRA_LTO)
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+  # A program on the installed core library may be linked without it.
+  add_compile_options(-ffat-lto-objects)
 endif()
 
 if(KELDRA_SANITIZE)

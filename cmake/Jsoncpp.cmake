@@ -8,14 +8,35 @@ if(NOT EXISTS "${JSONCPP_SOURCE_DIR}/src/lib_json/json_value.cpp")
     "Run scripts/setup, or pass -DJSONCPP_SOURCE_DIR= with a jsoncpp 1.9.5 source tree.")
 endif()
 
-add_library(jsoncpp STATIC
-  ${JSONCPP_SOURCE_DIR}/src/lib_json/json_value.cpp
-  ${JSONCPP_SOURCE_DIR}/src/lib_json/json_writer.cpp)
-target_include_directories(jsoncpp SYSTEM PUBLIC ${JSONCPP_SOURCE_DIR}/include)
-# A failed check ends the process instead of throwing, in every build type. Numbers have 32 bits,
-# as on the terminal.
-target_compile_definitions(jsoncpp PUBLIC JSON_USE_EXCEPTION=0 JSON_NO_INT64)
-target_include_directories(jsoncpp PRIVATE ${PROJECT_SOURCE_DIR})
-target_compile_options(jsoncpp PRIVATE -w -UNDEBUG
-  -ffile-prefix-map=${JSONCPP_SOURCE_DIR}/=jsoncpp/
+# The values differ from those of any other copy of the library: a program that links both must
+# not mix them. So the names of this copy lie in a namespace of their own, Json::Wiped, which need
+# not be spelled: Json::Value means ours where only our header is included, and is refused as
+# ambiguous where another copy's is, too. The reader's names stay: the library does not hold it.
+set(QUENDA_JSON_DIR ${PROJECT_BINARY_DIR}/generated/jsoncpp)
+file(GLOB json_sources RELATIVE ${JSONCPP_SOURCE_DIR}
+  ${JSONCPP_SOURCE_DIR}/include/json/*.h ${JSONCPP_SOURCE_DIR}/src/lib_json/json_*.*)
+foreach(source ${json_sources})
+  file(READ ${JSONCPP_SOURCE_DIR}/${source} text)
+  if(NOT source MATCHES "reader|features")
+    string(REPLACE "\nnamespace Json {" "\nnamespace Json { inline namespace Wiped {" text "${text}")
+    string(REPLACE "\n} // namespace Json\n" "\n}} // namespace Json::Wiped\n" text "${text}")
+    string(REGEX REPLACE "\nclass (Reader|CharReader|CharReaderBuilder|Features);" "" text "${text}")
+    string(REGEX REPLACE "JSON_([A-Z_]*)H_INCLUDED" "QUENDA_JSON_\\1H_INCLUDED" text "${text}")
+  endif()
+  if(source STREQUAL "include/json/config.h")
+    # A failed check ends the process instead of throwing, in every build type. Numbers have 32
+    # bits, as on the terminal.
+    string(REPLACE "#define QUENDA_JSON_CONFIG_H_INCLUDED\n"
+      "#define QUENDA_JSON_CONFIG_H_INCLUDED\n#define JSON_USE_EXCEPTION 0\n#define JSON_NO_INT64 1\n"
+      text "${text}")
+  endif()
+  file(CONFIGURE OUTPUT ${QUENDA_JSON_DIR}/${source} CONTENT "@text@" @ONLY)
+endforeach()
+
+add_library(quenda_json STATIC
+  ${QUENDA_JSON_DIR}/src/lib_json/json_value.cpp
+  ${QUENDA_JSON_DIR}/src/lib_json/json_writer.cpp)
+target_include_directories(quenda_json SYSTEM PUBLIC ${QUENDA_JSON_DIR}/include)
+target_include_directories(quenda_json PRIVATE ${PROJECT_SOURCE_DIR})
+target_compile_options(quenda_json PRIVATE -w -UNDEBUG
   -include ${PROJECT_SOURCE_DIR}/core/options/internal/JsoncppChanges.h)

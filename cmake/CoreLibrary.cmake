@@ -1,0 +1,51 @@
+# The core library for other programs of the terminal: one archive of all folders of core/, of the
+# shell runner and of the JSON values, with the headers that they include as we do. A program gets
+# it by find_package or pkg-config after
+#   cmake --install BUILD --component quenda --prefix DIRECTORY
+# or by add_subdirectory; docs/core-library.md shows all three. An installation without that component
+# named is the daemon's and holds none of it.
+include(CMakePackageConfigHelpers)
+
+set(QUENDA_PARTS quenda_buildinfo quenda_event quenda_log quenda_options quenda_output quenda_text
+  quenda_timer quenda_values quenda_json keldra_shell)
+list(TRANSFORM QUENDA_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
+add_library(quenda STATIC ${objects})
+add_library(quenda::core ALIAS quenda)
+set_target_properties(quenda PROPERTIES LINKER_LANGUAGE CXX EXPORT_NAME core)
+target_compile_features(quenda INTERFACE cxx_std_17)
+target_compile_definitions(quenda INTERFACE ${QUENDA_DEFINITIONS})
+# Not as system headers: those of another jsoncpp, mostly such, would come first.
+target_include_directories(quenda INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${QUENDA_JSON_DIR}/include>)
+
+set(QUENDA_INCLUDE ${CMAKE_INSTALL_INCLUDEDIR}/quenda)
+set(component COMPONENT quenda EXCLUDE_FROM_ALL)
+install(TARGETS quenda EXPORT quenda ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} ${component}
+  INCLUDES DESTINATION ${QUENDA_INCLUDE})
+# MakeBuildRecord.h goes with the build of this project.
+install(DIRECTORY core shell DESTINATION ${QUENDA_INCLUDE} ${component}
+  FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE PATTERN MakeBuildRecord.h EXCLUDE)
+# Beside the headers that include them, which so find them before any other copy. The reader is not
+# in the library.
+install(DIRECTORY ${QUENDA_JSON_DIR}/include/json DESTINATION ${QUENDA_INCLUDE}/core/options ${component}
+  FILES_MATCHING REGEX "/(allocator|config|forwards|value|version|writer)\\.h$")
+install(FILES ${JSONCPP_SOURCE_DIR}/LICENSE RENAME copyright.jsoncpp
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quenda ${component})
+install(FILES LICENSE RENAME copyright
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quenda ${component})
+
+set(QUENDA_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/quenda)
+install(EXPORT quenda NAMESPACE quenda:: FILE quendaConfig.cmake DESTINATION ${QUENDA_PACKAGE}
+  ${component})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/generated/quendaConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/generated/quendaConfigVersion.cmake
+  DESTINATION ${QUENDA_PACKAGE} ${component})
+
+# Relative to the file itself, so that the prefix can be given at installation.
+file(RELATIVE_PATH QUENDA_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+list(TRANSFORM QUENDA_DEFINITIONS PREPEND -D OUTPUT_VARIABLE QUENDA_CFLAGS)
+list(JOIN QUENDA_CFLAGS " " QUENDA_CFLAGS)
+configure_file(cmake/quenda.pc.in generated/quenda.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/generated/quenda.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${component})
