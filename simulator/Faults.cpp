@@ -1,107 +1,107 @@
 #include "simulator/Faults.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <cstdio>
-#include <fstream>
+#include "simulator/TerminalLayout.h"
 
 namespace Simulator {
 namespace {
 
 const struct {
     KeldraFault fault;
-    int signal;         // what causes it in any program, 0 when nothing does
-    const char* order;  // what the stand-in understands, null when a signal is used
+    const char* signal;  // what causes it in any program, null when nothing does
+    const char* order;   // what the stand-in understands, null when a signal is used
     const char* text;
 } kFaults[] = {
-    {KeldraFault::kHang, SIGSTOP, "hang", "Keldra is stopped (SIGSTOP)"},
-    {KeldraFault::kCrash, SIGKILL, nullptr, "Keldra crashes now"},
-    {KeldraFault::kError, 0, "error", "report an error"},
-    {KeldraFault::kShortFile, 0, "short", "write a short heartbeat file"},
-    {KeldraFault::kMissingFile, 0, "missing", "remove its heartbeat file"},
-    {KeldraFault::kIgnoreQuit, 0, "ignore", "ignore SIGQUIT"},
+    {KeldraFault::kHang, "STOP", "hang", "Keldra is stopped (SIGSTOP)"},
+    {KeldraFault::kCrash, "KILL", nullptr, "Keldra crashes now"},
+    {KeldraFault::kError, nullptr, "error", "report an error"},
+    {KeldraFault::kShortFile, nullptr, "short", "write a short heartbeat file"},
+    {KeldraFault::kMissingFile, nullptr, "missing", "remove its heartbeat file"},
+    {KeldraFault::kIgnoreQuit, nullptr, "ignore", "ignore SIGQUIT"},
 };
 
-bool IsStandIn(const SimulatedTerminal& terminal) {
-    return terminal.Options().keldraProgram.empty();
+// Runs a command of the shell for every process of that name, whose PID is then $pid. False when
+// there is none.
+bool ForEach(Terminal* terminal, const std::string& name, const std::string& command) {
+    const std::string script =
+        "found=1\n"
+        "for process in /proc/[0-9]*; do\n"
+        "  read -r name <$process/comm && [ \"$name\" = " +
+        name +
+        " ] || continue\n"
+        "  pid=${process#/proc/} found=0\n  " +
+        command +
+        "\n"
+        "done\n"
+        "exit $found\n";
+    return terminal->RunScript(script).status == 0;
 }
 
-// Complete before it gets the name that Keldra looks for.
-bool GiveOrder(const SimulatedTerminal& terminal, pid_t pid, const std::string& order) {
-    const std::string path = kKeldraOrder + std::to_string(pid);
-    return WriteInside(terminal, path + ".new", order) &&
-           rename(terminal.Path(path + ".new").c_str(), terminal.Path(path).c_str()) == 0;
+bool Runs(Terminal* terminal, const std::string& name) {
+    return ForEach(terminal, name, ":");
+}
+
+void PutInto(Terminal* terminal, const std::string& path, const std::string& text) {
+    (void)terminal->RunScript("echo '" + text + "' >" + path);
 }
 
 }  // namespace
 
-std::string Cause(SimulatedTerminal* terminal, KeldraFault fault) {
-    const auto running = terminal->Processes("keldra");
-    if (running.empty()) {
+std::string Cause(Terminal* terminal, KeldraFault fault) {
+    if (!Runs(terminal, "keldra")) {
         return "Keldra is not running";
     }
     for (const auto& entry : kFaults) {
         if (entry.fault != fault) {
             continue;
         }
-        const bool ordered = IsStandIn(*terminal) && entry.order != nullptr;
-        if (!ordered && entry.signal == 0) {
+        const bool ordered = terminal->HasStandInKeldra() && entry.order != nullptr;
+        if (!ordered && entry.signal == nullptr) {
             return std::string("your own program cannot be told to ") + entry.text;
         }
         if (!ordered) {
             terminal->Note(entry.text);
         }
-        for (const auto& process : running) {
-            (void)(ordered ? GiveOrder(*terminal, process.pid, entry.order)
-                           : terminal->Signal(process.pid, entry.signal));
-        }
+        const std::string command = ordered
+                                        ? std::string("echo ") + entry.order + " >" + kKeldraOrder
+                                        : std::string("kill -") + entry.signal + " ";
+        (void)ForEach(terminal, "keldra", command + "$pid");
     }
     return "";
 }
 
-std::string KillSshd(SimulatedTerminal* terminal) {
-    const auto running = terminal->Processes("sshd");
-    if (running.empty()) {
+std::string KillSshd(Terminal* terminal) {
+    if (!Runs(terminal, "sshd")) {
         return "sshd is not running";
     }
     terminal->Note("sshd dies now");
-    for (const auto& process : running) {
-        (void)terminal->Signal(process.pid, SIGKILL);
-    }
+    (void)ForEach(terminal, "sshd", "kill -KILL $pid");
     return "";
 }
 
-void RefuseToStart(SimulatedTerminal* terminal) {
+void RefuseToStart(Terminal* terminal) {
     terminal->Note("from now on Keldra cannot start");
     // Without the right to be executed, no program starts, the user's own included.
-    if (IsStandIn(*terminal)) {
-        (void)WriteInside(*terminal, kKeldraRefuses, "3\n");
+    if (terminal->HasStandInKeldra()) {
+        PutInto(terminal, kKeldraRefuses, "3");
     } else {
-        (void)chmod(terminal->Path(kKeldraProgram).c_str(), 0);
+        (void)terminal->RunScript(std::string("chmod 0 ") + kKeldraProgram);
     }
 }
 
-void DamagePrimaryOptions(SimulatedTerminal* terminal) {
+void DamagePrimaryOptions(Terminal* terminal) {
     terminal->Note("the primary options file is damaged now");
-    (void)WriteInside(*terminal, kPrimaryOptions, "\xff\xff damaged\n");
+    PutInto(terminal, kPrimaryOptions, "damaged");
 }
 
-void Repair(SimulatedTerminal* terminal) {
+void Repair(Terminal* terminal) {
     terminal->Note("everything is repaired now");
-    (void)unlink(terminal->Path(kKeldraRefuses).c_str());
-    (void)unlink(terminal->Path(kServiceFails).c_str());
-    (void)unlink(terminal->Path(kLedFails).c_str());
-    (void)chmod(terminal->Path(kKeldraProgram).c_str(), 0755);
-    (void)WriteInside(*terminal, kPrimaryOptions, "{ \"options\": \"primary\" }\n");
-}
-
-bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
-                 const std::string& content) {
-    std::ofstream file(terminal.Path(path), std::ios::binary);
-    file << content << std::flush;
-    return file.good();
+    for (const char* file : {kKeldraRefuses, kServiceFails, kLedFails}) {
+        (void)terminal->RunScript(std::string(": >") + file);
+    }
+    PutInto(terminal, kPrimaryOptions, "{ \"options\": \"primary\" }");
+    if (!terminal->HasStandInKeldra()) {
+        (void)terminal->RunScript(std::string("chmod 755 ") + kKeldraProgram);
+    }
 }
 
 }  // namespace Simulator

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/SimulatedTerminal.h"
+#include "simulator/Terminal.h"
 
 namespace Simulator {
 
@@ -11,20 +11,16 @@ enum class KeldraFault { kHang, kCrash, kError, kShortFile, kMissingFile, kIgnor
 // Makes the running Keldra misbehave; a Keldra that is started later is well again. The user's
 // own program can only be stopped (for a hang) and killed (for a crash). Returns "" or the reason
 // why the fault could not be caused.
-std::string Cause(SimulatedTerminal* terminal, KeldraFault fault);
+std::string Cause(Terminal* terminal, KeldraFault fault);
 
 // Kills every sshd. Returns "" or the reason.
-std::string KillSshd(SimulatedTerminal* terminal);
+std::string KillSshd(Terminal* terminal);
 
 // Lasting until `Repair`: no Keldra can be started; the stand-in then exits with status 3.
-void RefuseToStart(SimulatedTerminal* terminal);
+void RefuseToStart(Terminal* terminal);
 // Lasting until `Repair`: the stand-in does not start with the primary options file.
-void DamagePrimaryOptions(SimulatedTerminal* terminal);
+void DamagePrimaryOptions(Terminal* terminal);
 // Ends what lasts.
-void Repair(SimulatedTerminal* terminal);
-
-// Writes a file inside anew; false when it cannot.
-bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
-                 const std::string& content);
+void Repair(Terminal* terminal);
 
 }  // namespace Simulator

@@ -1,76 +1,86 @@
 #include "simulator/SimulatedTerminal.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <csignal>
+#include <cerrno>
+#include <cmath>
 #include <cstring>
-#include <sstream>
+#include <filesystem>
+#include <fstream>
 
-#include "simulator/FirstProcess.h"
-#include "simulator/Namespaces.h"
+#include "simulator/Command.h"
+
+namespace fs = std::filesystem;
 
 namespace Simulator {
-namespace {
-
-std::string ReadToEnd(int fd) {
-    std::string text;
-    std::array<char, 256> chunk = {};
-    ssize_t count = 0;
-    while ((count = read(fd, chunk.data(), chunk.size())) > 0) {
-        text.append(chunk.data(), static_cast<size_t>(count));
-    }
-    return text;
-}
-
-}  // namespace
-
-SimulatedTerminal::SimulatedTerminal(TerminalOptions options)
-    : options_(std::move(options)), start_(std::chrono::steady_clock::now()) {}
-
-SimulatedTerminal::~SimulatedTerminal() {
-    PowerOff();
-}
-
-bool SimulatedTerminal::PowerOn(std::string* reason) {
-    start_ = std::chrono::steady_clock::now();
-    return Boot(reason);
-}
 
 bool SimulatedTerminal::Boot(std::string* reason) {
-    int ready[2] = {-1, -1};
-    syslog_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (syslog_ < 0 || pipe2(ready, O_CLOEXEC) != 0) {
-        *reason = strerror(errno);
-        return false;
+    const bool up = sandbox_.Open(options_.standInDirectory + "/stand_in_init",
+                                  options_.packageDirectory, reason) &&
+                    Install(reason) && BindSyslog(reason);
+    if (!up) {
+        PowerOff();
     }
-    init_ = CloneIntoNamespaces([&] { RunFirstProcess(options_, syslog_, ready[1]); }, reason);
-    (void)close(ready[1]);
-    const std::string answer = init_ > 0 ? ReadToEnd(ready[0]) : "";
-    (void)close(ready[0]);
-    if (answer == "ready") {
-        if (access(Path(kMonitorProgram).c_str(), X_OK) == 0) {
-            return true;
+    return up;
+}
+
+bool SimulatedTerminal::Install(std::string* reason) const {
+    const std::string standIns = options_.standInDirectory + "/";
+    const std::string& keldra = options_.keldraProgram;
+    const std::string& package = options_.packageDirectory;
+    const std::string& library = options_.redirectLibrary;
+    const std::pair<std::string, const char*> programs[] = {
+        {package.empty() ? options_.monitorProgram : package + kMonitorProgram, kMonitorProgram},
+        {keldra.empty() ? standIns + "stand_in_keldra" : keldra, kKeldraProgram},
+        {standIns + "stand_in_sshd", "/usr/sbin/sshd"},
+        {standIns + "service", "/usr/sbin/service"},
+        {standIns + "led_ctl.sh", "/usr/sbin/led_ctl.sh"},
+        {standIns + "announce", kAnnounceProgram},
+        {library.empty() ? standIns + "libcpld_redirect.so" : library, kRedirectLibrary},
+    };
+    for (const auto& [program, inside] : programs) {
+        std::error_code error;
+        fs::copy_file(program, Path(inside), error);
+        if (!error) {
+            fs::permissions(Path(inside), fs::perms(0755), error);
         }
-        *reason = std::string("cannot reach into the terminal: ") + strerror(errno);
-    } else if (init_ > 0) {
-        *reason = answer.empty() ? "the first process has died" : answer;
+        if (error) {
+            *reason = "cannot install " + program + ": " + error.message();
+            return false;
+        }
     }
-    PowerOff();
-    return false;
+    bool written = true;
+    for (const char* file : {"intial-cnt0", "intial-cnt1", "intial-cnt2", "intial-cnt3",
+                             "control-en", "control-reset", "control-all"}) {
+        written = written && WriteInside(*this, std::string(kWatchdogFiles) + file, "");
+    }
+    written = written && WriteInside(*this, kPrimaryOptions, "{ \"options\": \"primary\" }\n") &&
+              WriteInside(*this, kBackupOptions, "{ \"options\": \"backup\" }\n") &&
+              WriteInside(*this, kFactoryOptions, "{ \"options\": \"factory\" }\n");
+    *reason = written ? "" : "cannot write the terminal's files";
+    return written;
+}
+
+bool SimulatedTerminal::BindSyslog(std::string* reason) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    (void)Path(kSyslogSocket).copy(address.sun_path, sizeof(address.sun_path) - 1);
+    syslog_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    const bool bound = bind(syslog_, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+    *reason = bound ? "" : std::string("cannot bind /dev/log: ") + strerror(errno);
+    return bound;
 }
 
 void SimulatedTerminal::PowerOff() {
-    if (init_ > 0) {
-        // The kernel kills everything else in the namespaces before the wait returns.
-        (void)kill(init_, SIGKILL);
-        (void)waitpid(init_, nullptr, 0);
-        init_ = -1;
-    }
+    sandbox_.Close();
     if (syslog_ >= 0) {
         (void)close(syslog_);
         syslog_ = -1;
@@ -78,68 +88,88 @@ void SimulatedTerminal::PowerOff() {
     watchdog_.Reset();
 }
 
+CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
+    CommandResult result;
+    int output[2] = {-1, -1};
+    if (pipe2(output, O_CLOEXEC | O_NONBLOCK) != 0) {
+        return result;
+    }
+    (void)fcntl(output[1], F_SETFL, 0);  // the command's end waits, ours does not
+    const pid_t pid = Spawn(sandbox_.Enter(command), output[1]);
+    const int end = pid > 0 ? static_cast<int>(syscall(SYS_pidfd_open, pid, 0)) : -1;
+    (void)close(output[1]);
+    // What the command left running may keep its output open: its end is what counts.
+    while (end >= 0 && !Pump(20, end)) {
+        result.output += ReadAvailable(output[0]);
+    }
+    if (pid > 0 && waitpid(pid, &result.status, 0) != pid) {
+        result.status = -1;
+    }
+    result.output += ReadAvailable(output[0]);
+    (void)close(output[0]);
+    (void)close(end);
+    return result;
+}
+
+bool SimulatedTerminal::Pump(int timeoutMs, int input) {
+    const double toWatchdog = std::max(0.0, watchdog_.NextEvent() - Seconds()) * 1000;
+    const int waitMs = static_cast<int>(std::min<double>(timeoutMs, std::ceil(toWatchdog)));
+    std::array<pollfd, 2> fds = {{{syslog_, POLLIN, 0}, {input, POLLIN, 0}}};
+    const int ready = poll(fds.data(), fds.size(), waitMs);
+    std::array<char, 2048> datagram = {};
+    ssize_t count = 0;
+    while ((count = recv(syslog_, datagram.data(), datagram.size(), 0)) >= 0) {
+        Take(std::string(datagram.data(), static_cast<size_t>(count)));
+    }
+    TakeTime();
+    return ready > 0 && fds[1].revents != 0;
+}
+
+// "FILE TEXT": what was written to one of the watchdog's control files.
+void SimulatedTerminal::TakeWatchdog(const std::string& text) {
+    const size_t blank = text.find(' ');
+    const std::string news =
+        watchdog_.Write(text.substr(0, blank), text.substr(blank + 1), Seconds());
+    if (!news.empty()) {
+        AddWatchdog(news);
+    }
+}
+
+void SimulatedTerminal::TakeTime() {
+    const std::string line = watchdog_.Tick(Seconds());
+    if (!line.empty()) {
+        AddWatchdog(line);
+    }
+    if (watchdog_.HasBitten(Seconds())) {
+        Bite();
+    }
+}
+
 void SimulatedTerminal::Bite() {
-    Add({0, Source::kWatchdog, -1, false, "BITES: the terminal reboots"});
+    AddWatchdog("BITES: the terminal reboots");
     PowerOff();
-    onBackupPartition_ = true;
     std::string reason;
     if (!Boot(&reason)) {
         Note("the terminal does not come up again: " + reason);
         return;
     }
     Note("the terminal comes up from its backup partition");
-    StartMonitor(std::vector<std::string>(monitorArguments_));
+    (void)StartMonitor(std::vector<std::string>(MonitorArguments()));
 }
 
 std::vector<std::string> SimulatedTerminal::MonitorCommand(
     const std::vector<std::string>& arguments) const {
     // The library takes itself out of the environment again: what the daemon starts runs without.
-    // A daemon built with sanitizers is to put up with it and to leave its reports behind.
-    std::vector<std::string> command = {
-        "/usr/bin/env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
-        "ASAN_OPTIONS=verify_asan_link_order=0:log_path=/tmp/sanitizer",
-        "UBSAN_OPTIONS=print_stacktrace=1:log_path=/tmp/sanitizer"};
-    std::istringstream wrapper(options_.monitorWrapper);
-    std::string word;
-    if (options_.monitorWrapper.empty()) {
-        command.push_back(std::string("LD_PRELOAD=") + kRedirectLibrary);
-    }
-    while (wrapper >> word) {
+    std::vector<std::string> command = {"/usr/bin/env",
+                                        std::string("LD_PRELOAD=") + kRedirectLibrary};
+    for (const std::string& word : Terminal::MonitorCommand(arguments)) {
         command.push_back(word);
     }
-    command.emplace_back(kMonitorProgram);
-    command.insert(command.end(), arguments.begin(), arguments.end());
     return command;
 }
 
-CommandResult SimulatedTerminal::StartMonitor(const std::vector<std::string>& arguments) {
-    monitorArguments_ = arguments;
-    return Run(MonitorCommand(arguments));
-}
-
-CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
-    std::vector<char*> argv;
-    for (const auto& word : command) {
-        argv.push_back(const_cast<char*>(word.c_str()));
-    }
-    argv.push_back(nullptr);
-    return Inside([&argv] {
-        (void)execv(argv[0], argv.data());
-        perror(argv[0]);
-        return 127;
-    });
-}
-
 bool SimulatedTerminal::Signal(pid_t pid, int signal) {
-    return Inside([=] { return kill(pid, signal) == 0 ? 0 : 1; }).status == 0;
-}
-
-double SimulatedTerminal::Seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
-}
-
-std::string SimulatedTerminal::Path(const std::string& inside) const {
-    return "/proc/" + std::to_string(init_) + "/root" + inside;
+    return RunScript("kill -" + std::to_string(signal) + " " + std::to_string(pid)).status == 0;
 }
 
 std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const {
@@ -149,6 +179,13 @@ std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const
         processes.erase(std::remove_if(processes.begin(), processes.end(), other), processes.end());
     }
     return processes;
+}
+
+bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
+                 const std::string& content) {
+    std::ofstream file(terminal.Path(path), std::ios::binary);
+    file << content << std::flush;
+    return file.good();
 }
 
 }  // namespace Simulator

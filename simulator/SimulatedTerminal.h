@@ -2,97 +2,67 @@
 
 #include <sys/types.h>
 
-#include <chrono>
-#include <functional>
-#include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "simulator/Event.h"
 #include "simulator/Processes.h"
+#include "simulator/Sandbox.h"
 #include "simulator/StandInWatchdog.h"
+#include "simulator/Terminal.h"
 #include "simulator/TerminalLayout.h"
 
 namespace Simulator {
 
-struct CommandResult {
-    int status = -1;     // as from waitpid; -1 when the command could not be started
-    std::string output;  // standard output and standard error
+// What the simulated terminal is made of; paths are the machine's.
+struct TerminalOptions {
+    std::string monitorProgram;  // the daemon
+    // A package of the daemon, unpacked: its program is used in place of monitorProgram, and its
+    // /etc/init.d and /etc/default instead of the machine's. Empty for none.
+    std::string packageDirectory;
+    std::string standInDirectory;  // the programs and scripts that stand in for the terminal's
+    std::string keldraProgram;     // empty for the stand-in
+    std::string redirectLibrary;   // empty for the one among the stand-ins
 };
 
-// A terminal in namespaces of its own: its root file system in memory, its processes, its syslog
-// and its hardware watchdog. Everything ends with this object, or with the process that has it.
-//
-// Nothing happens behind the caller's back: events are taken in, and the watchdog bites, only
-// during `Pump`, `Await` and `Run`. To be used from one thread of a process with no other.
-class SimulatedTerminal {
+// A terminal in namespaces of the machine: its root file system in memory, its processes, its
+// syslog and its hardware watchdog. Everything ends with this object, or with the process that
+// has it.
+class SimulatedTerminal : public Terminal {
 public:
-    using Listener = std::function<void(const Event&)>;
+    explicit SimulatedTerminal(TerminalOptions options) : options_(std::move(options)) {}
+    ~SimulatedTerminal() override { PowerOff(); }
 
-    explicit SimulatedTerminal(TerminalOptions options);
-    SimulatedTerminal(const SimulatedTerminal&) = delete;
-    SimulatedTerminal& operator=(const SimulatedTerminal&) = delete;
-    ~SimulatedTerminal();
+    CommandResult Run(const std::vector<std::string>& command) override;
+    bool Pump(int timeoutMs, int input = -1) override;
+    std::vector<std::string> MonitorCommand(
+        const std::vector<std::string>& arguments) const override;
+    bool HasStandInKeldra() const override { return options_.keldraProgram.empty(); }
+    std::string Description() const override { return "namespaces of this machine"; }
 
-    // Told of every event as it comes.
-    void SetListener(Listener listener) { listener_ = std::move(listener); }
-
-    // Boots from the main partition, without the daemon. False with the reason on failure.
-    bool PowerOn(std::string* reason);
-    // Starts the daemon as the terminal's boot does; it is started with the same arguments again
-    // after a reboot. Returns when the launched process has ended.
-    CommandResult StartMonitor(const std::vector<std::string>& arguments);
-    // The command line that runs the daemon's program, preceded by what it needs here.
-    std::vector<std::string> MonitorCommand(const std::vector<std::string>& arguments) const;
-
-    // Runs a program inside as root and waits for its end, not for what it left in background.
-    CommandResult Run(const std::vector<std::string>& command);
     bool Signal(pid_t pid, int signal);
-
-    // Takes in what has happened, waiting at most so long for something. Returns true when
-    // `input`, if given, can be read.
-    bool Pump(int timeoutMs, int input = -1);
-    // Waits for an event of the source whose text contains `text`. Every event of a source is
-    // looked at once: the search begins after the source's last one found, or after `Mark`.
-    std::optional<Event> Await(Source source, const std::string& text, double seconds);
-    // Takes in everything up to now and lets `Await` begin behind it.
-    void Mark();
-    // Adds an event of the simulator's own.
-    void Note(const std::string& text) { Add({0, Source::kSimulator, -1, false, text}); }
-
-    const std::vector<Event>& Events() const { return events_; }
-    double Seconds() const;
     // The machine's path of a file inside; absolute symbolic links inside do not resolve.
-    std::string Path(const std::string& inside) const;
+    std::string Path(const std::string& inside) const { return sandbox_.Path(inside); }
     // The processes inside with this command name; all of them for "".
     std::vector<Process> Processes(const std::string& name = "") const;
     const StandInWatchdog& Watchdog() const { return watchdog_; }
-    const TerminalOptions& Options() const { return options_; }
-    bool OnBackupPartition() const { return onBackupPartition_; }
 
 private:
-    bool Boot(std::string* reason);
-    void PowerOff();
-    void Bite();
-    void TakeDatagrams();
-    void TakeReport(const std::string& report);
-    void TakeWrite(const std::string& write);
+    bool Boot(std::string* reason) override;
+    void TakeWatchdog(const std::string& text) override;
+    bool Install(std::string* reason) const;
+    bool BindSyslog(std::string* reason);
     void TakeTime();
-    void Add(Event event);
-    CommandResult Inside(const std::function<int()>& work);
+    void Bite();
+    void PowerOff();
 
     TerminalOptions options_;
-    Listener listener_;
-    std::chrono::steady_clock::time_point start_;
-    std::vector<Event> events_;
-    // For each source, the first event that `Await` has not looked at.
-    std::map<Source, size_t> next_;
+    Sandbox sandbox_;
     StandInWatchdog watchdog_;
-    std::vector<std::string> monitorArguments_;
-    bool onBackupPartition_ = false;
-    pid_t init_ = -1;
     int syslog_ = -1;
 };
+
+// Writes a file inside anew; false when it cannot.
+bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
+                 const std::string& content);
 
 }  // namespace Simulator

@@ -1,15 +1,10 @@
 // Shows the daemon at work in a simulated terminal: a fixed story, or whatever the user wants to
 // happen. Exit status: 0 as expected, 1 something else was seen, 2 wrong use, 3 no terminal here.
-#include <getopt.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
-#include "simulator/Emulation.h"
-#include "simulator/Faults.h"
-#include "simulator/Namespaces.h"
 #include "simulator/SimulatedTerminal.h"
 #include "simulator/demo/Interactive.h"
 #include "simulator/demo/Printer.h"
@@ -22,51 +17,30 @@ namespace {
 
 using namespace Simulator;
 
-constexpr char kUsage[] =
-    "usage: %s [--interactive] [--keldra PATH] [--heartbeat SECONDS] [--times FILE]\n"
-    "     [--target DIRECTORY]\n"
-    "  --interactive        cause faults by key or command instead of watching the story\n"
-    "  --keldra PATH        supervise this program instead of the stand-in\n"
-    "  --heartbeat SECONDS  heartbeat timeout (1)\n"
-    "  --times FILE         write the measured times, separated by tabs\n"
-    "  --target DIRECTORY   run the daemon that was built there for the board, in an emulator\n";
-
+// What the user asked for, checked by scripts/demo.
 struct Arguments {
     bool interactive = false;
     std::string keldra;
     unsigned heartbeat = 1;
     std::string times;
-    std::string target;
 };
 
 bool Parse(int argc, char** argv, Arguments* arguments) {
-    static const option kOptions[] = {
-        {"interactive", no_argument, nullptr, 'i'},     {"keldra", required_argument, nullptr, 'k'},
-        {"heartbeat", required_argument, nullptr, 'h'}, {"times", required_argument, nullptr, 't'},
-        {"target", required_argument, nullptr, 'b'},    {nullptr, 0, nullptr, 0}};
-    int option = 0;
-    while ((option = getopt_long(argc, argv, "", kOptions, nullptr)) != -1) {
-        switch (option) {
-            case 'i':
-                arguments->interactive = true;
-                break;
-            case 'k':
-                arguments->keldra = optarg;
-                break;
-            case 'h':
-                arguments->heartbeat = static_cast<unsigned>(strtoul(optarg, nullptr, 10));
-                break;
-            case 't':
-                arguments->times = optarg;
-                break;
-            case 'b':
-                arguments->target = optarg;
-                break;
-            default:
-                return false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word == "--interactive") {
+            arguments->interactive = true;
+        } else if (word == "--keldra" && ++i < argc) {
+            arguments->keldra = argv[i];
+        } else if (word == "--heartbeat" && ++i < argc) {
+            arguments->heartbeat = static_cast<unsigned>(strtoul(argv[i], nullptr, 10));
+        } else if (word == "--times" && ++i < argc) {
+            arguments->times = argv[i];
+        } else {
+            return false;
         }
     }
-    return optind == argc && arguments->heartbeat > 0;
+    return arguments->heartbeat > 0;
 }
 
 TerminalOptions Describe(const Arguments& arguments) {
@@ -75,13 +49,10 @@ TerminalOptions Describe(const Arguments& arguments) {
     options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
     options.standInDirectory = here;
     options.keldraProgram = arguments.keldra;
-    if (!arguments.target.empty()) {
-        UseTargetDaemon(arguments.target, &options);
-    }
     return options;
 }
 
-int TellStory(const Arguments& arguments, SimulatedTerminal* terminal, const Printer& printer) {
+int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
     Story story(terminal, &printer, arguments.heartbeat);
     const bool passed = story.Tell();
     printer.Heading("the story in short");
@@ -104,14 +75,10 @@ int TellStory(const Arguments& arguments, SimulatedTerminal* terminal, const Pri
 int main(int argc, char** argv) {
     Arguments arguments;
     if (!Parse(argc, argv, &arguments)) {
-        (void)fprintf(stderr, kUsage, "demo");
+        std::cerr << "wrong use; see scripts/demo --help\n";
         return 2;
     }
     std::string reason;
-    if (!NamespacesPermitted(&reason)) {
-        std::cerr << reason << "\n";
-        return 3;
-    }
     const Printer printer;
     SimulatedTerminal terminal(Describe(arguments));
     terminal.SetListener([&printer](const Event& event) { printer.Show(event); });
@@ -121,10 +88,6 @@ int main(int argc, char** argv) {
     }
     terminal.Note("the terminal is switched on; a heartbeat is due every " +
                   std::to_string(arguments.heartbeat) + " s");
-    if (!arguments.target.empty()) {
-        terminal.Note(
-            "its daemon is the board's own, run by an emulator; Keldra counts big-endian");
-    }
     const CommandResult start = terminal.StartMonitor({"-t", std::to_string(arguments.heartbeat)});
     if (start.status != 0) {
         std::cerr << "the daemon does not start: " << start.output << "\n";

@@ -45,30 +45,28 @@ struct Command {
     const char* word;
     const char* help;
     // Returns "" or the reason why it could not be done.
-    std::function<std::string(SimulatedTerminal*, const Printer&)> run;
+    std::function<std::string(Terminal*, const Printer&)> run;
 };
 
 Command FaultCommand(char key, const char* word, const char* help, KeldraFault fault) {
-    return {key, word, help,
-            [fault](SimulatedTerminal* t, const Printer&) { return Cause(t, fault); }};
+    return {key, word, help, [fault](Terminal* t, const Printer&) { return Cause(t, fault); }};
 }
 
-Command LastingCommand(char key, const char* word, const char* help,
-                       void (*change)(SimulatedTerminal*)) {
-    return {key, word, help, [change](SimulatedTerminal* t, const Printer&) {
+Command LastingCommand(char key, const char* word, const char* help, void (*change)(Terminal*)) {
+    return {key, word, help, [change](Terminal* t, const Printer&) {
                 change(t);
                 return std::string();
             }};
 }
 
-std::string QueryStatus(SimulatedTerminal* terminal, const Printer& printer) {
+std::string QueryStatus(Terminal* terminal, const Printer& printer) {
     printer.Quote(terminal->Run(terminal->MonitorCommand({"-i"})).output);
     return "";
 }
 
 // For scripts: what follows happens to a Keldra that is well. The recovery is one that came after
 // the last other command.
-std::string WaitForRecovery(SimulatedTerminal* terminal, const Printer&) {
+std::string WaitForRecovery(Terminal* terminal, const Printer&) {
     const bool well = terminal->Await(Source::kLog, "started responding again", 60).has_value();
     return well ? "" : "Keldra has not recovered within 60 s";
 }
@@ -85,8 +83,7 @@ const std::array<Command, 13>& Commands() {
         LastingCommand('r', "refuse", "from now on no Keldra starts", RefuseToStart),
         LastingCommand('b', "damage", "the primary options file is damaged", DamagePrimaryOptions),
         LastingCommand('f', "repair", "repair everything", Repair),
-        Command{'d', "sshd", "sshd dies",
-                [](SimulatedTerminal* t, const Printer&) { return KillSshd(t); }},
+        Command{'d', "sshd", "sshd dies", [](Terminal* t, const Printer&) { return KillSshd(t); }},
         Command{'q', "status", "query the daemon's status", QueryStatus},
         Command{'w', "wait", "wait until Keldra responds again", WaitForRecovery},
         Command{'x', "quit", "quit", nullptr},
@@ -104,7 +101,7 @@ void Help(const Printer& printer) {
 }
 
 // Carries out a key or a word. False when the user wants to go.
-bool Obey(const std::string& input, SimulatedTerminal* terminal, const Printer& printer) {
+bool Obey(const std::string& input, Terminal* terminal, const Printer& printer) {
     for (const Command& command : Commands()) {
         if (input != command.word && input != std::string(1, command.key)) {
             continue;
@@ -128,7 +125,7 @@ bool Obey(const std::string& input, SimulatedTerminal* terminal, const Printer& 
 }
 
 // Takes the complete commands out of the text: keys one by one, lines otherwise.
-bool ObeyAll(std::string* text, bool keys, SimulatedTerminal* terminal, const Printer& printer) {
+bool ObeyAll(std::string* text, bool keys, Terminal* terminal, const Printer& printer) {
     while (!text->empty()) {
         const size_t end = keys ? 1 : text->find('\n');
         if (end == std::string::npos) {
@@ -148,7 +145,7 @@ bool ObeyAll(std::string* text, bool keys, SimulatedTerminal* terminal, const Pr
 
 }  // namespace
 
-void RunInteractive(SimulatedTerminal* terminal, const Printer& printer) {
+void RunInteractive(Terminal* terminal, const Printer& printer) {
     Help(printer);
     const SingleKeys keys;
     (void)signal(SIGINT, [](int) { interrupted = 1; });

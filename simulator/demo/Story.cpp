@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "simulator/TerminalLayout.h"
+
 namespace Simulator {
 namespace {
 
@@ -12,7 +14,7 @@ constexpr char kArmed[] = "armed with 300 s";
 
 }  // namespace
 
-Story::Story(SimulatedTerminal* terminal, const Printer* printer, unsigned period)
+Story::Story(Terminal* terminal, const Printer* printer, unsigned period)
     : terminal_(terminal), printer_(printer), period_(period) {}
 
 bool Story::Tell() {
@@ -69,7 +71,7 @@ void Story::Fault(const char* name, const char* expected, KeldraFault fault, con
         Skip(obstacle);
         return;
     }
-    if (fault != KeldraFault::kCrash && terminal_->Options().keldraProgram.empty()) {
+    if (fault != KeldraFault::kCrash && terminal_->HasStandInKeldra()) {
         // The stand-in obeys within its heartbeat period; the fault counts from then on.
         begin_ = Expect(Source::kKeldra, " now") ? last_ : begin_;
     }
@@ -92,7 +94,7 @@ void Story::SshdDies() {
 
 void Story::BackupOptions() {
     Begin("damaged options", "backup options after two strikes");
-    if (!terminal_->Options().keldraProgram.empty()) {
+    if (!terminal_->HasStandInKeldra()) {
         Skip("your own program reads its own options");
         return;
     }
@@ -111,7 +113,7 @@ void Story::BackupOptions() {
 
 void Story::BackToPrimary() {
     Begin("options repaired", "next start uses primary options");
-    if (!terminal_->Options().keldraProgram.empty()) {
+    if (!terminal_->HasStandInKeldra()) {
         Skip("your own program reads its own options");
         return;
     }

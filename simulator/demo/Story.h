@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "simulator/Faults.h"
-#include "simulator/SimulatedTerminal.h"
+#include "simulator/Terminal.h"
 #include "simulator/demo/Printer.h"
 #include "simulator/demo/ResultTable.h"
 
@@ -14,7 +14,7 @@ namespace Simulator {
 // guards against, and keeps what was seen. Each step waits for what it expects.
 class Story {
 public:
-    Story(SimulatedTerminal* terminal, const Printer* printer, unsigned period);
+    Story(Terminal* terminal, const Printer* printer, unsigned period);
 
     // Returns true when everything came as expected; the first surprise ends the story.
     bool Tell();
@@ -42,7 +42,7 @@ private:
     void Skip(const std::string& why);
     void Surprise(const std::string& seen);
 
-    SimulatedTerminal* terminal_;
+    Terminal* terminal_;
     const Printer* printer_;
     unsigned period_;
     std::vector<Situation> situations_;

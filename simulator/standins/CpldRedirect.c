@@ -3,13 +3,11 @@
  * An open of a path in /proc/cpld/watchdog/ is led to a directory of the simulator's, and each
  * write to such a file is reported to it. The calls go straight to the kernel, so nothing has to
  * be looked up, and everything else passes unchanged. */
-#include <errno.h>
 #include <fcntl.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
@@ -27,8 +25,6 @@ static char names[kDescriptors][kNameSize];
 __attribute__((constructor)) static void Prepare(void) {
     /* What the daemon starts is to run without this library. */
     unsetenv("LD_PRELOAD");
-    /* Processes are found by their names; in an emulator the daemon would bear the emulator's. */
-    (void)prctl(PR_SET_NAME, program_invocation_short_name);
 }
 
 static int Open(int directory, const char* path, int flags, mode_t mode) {

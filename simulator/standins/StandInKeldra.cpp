@@ -1,6 +1,5 @@
 // Stands in for the terminal's main application: detaches, counts up the heartbeat, ends on
 // SIGQUIT, and misbehaves when the simulator orders it to.
-#include <endian.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -20,6 +19,7 @@ namespace {
 using namespace Simulator;
 
 constexpr int kRefused = 3;
+constexpr timespec kPeriod = {0, 100000000};
 
 enum class Order { kNone, kHang, kError, kShort, kMissing, kIgnore };
 
@@ -35,19 +35,6 @@ const struct {
     {"ignore", Order::kIgnore, "hangs now and ignores SIGQUIT"},
 };
 
-struct Settings {
-    unsigned periodMs = 100;
-    bool bigEndian = false;
-};
-
-Settings ReadSettings() {
-    Settings settings;
-    std::string order;
-    std::ifstream(kKeldraSettings) >> settings.periodMs >> order;
-    settings.bigEndian = order == "big";
-    return settings;
-}
-
 // The reason not to start, or "".
 std::string Objection(const std::string& optionsFile, int* status) {
     *status = kRefused;
@@ -61,11 +48,10 @@ std::string Objection(const std::string& optionsFile, int* status) {
 }
 
 // Replaces the heartbeat file at once: a reader sees the old count or the new one.
-void WriteHeartbeat(uint32_t count, size_t length, bool bigEndian) {
-    const uint32_t bytes = bigEndian ? htobe32(count) : count;
+void WriteHeartbeat(uint32_t count, size_t length) {
     const std::string fresh = std::string(kHeartbeatFile) + ".new";
     std::ofstream file(fresh, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(&bytes), static_cast<std::streamsize>(length));
+    file.write(reinterpret_cast<const char*>(&count), static_cast<std::streamsize>(length));
     file.close();
     (void)rename(fresh.c_str(), kHeartbeatFile);
 }
@@ -94,16 +80,16 @@ Order TakeOrder() {
     return Order::kNone;
 }
 
-void Beat(Order order, uint32_t count, bool bigEndian) {
+void Beat(Order order, uint32_t count) {
     switch (order) {
         case Order::kNone:
-            WriteHeartbeat(count, sizeof(count), bigEndian);
+            WriteHeartbeat(count, sizeof(count));
             break;
         case Order::kError:
-            WriteHeartbeat(0, sizeof(count), bigEndian);
+            WriteHeartbeat(0, sizeof(count));
             break;
         case Order::kShort:
-            WriteHeartbeat(count, 2, bigEndian);
+            WriteHeartbeat(count, 2);
             break;
         case Order::kMissing:
             (void)unlink(kHeartbeatFile);
@@ -115,9 +101,8 @@ void Beat(Order order, uint32_t count, bool bigEndian) {
 }
 
 // Waits one period. False when SIGQUIT came.
-bool Sleep(unsigned periodMs, const sigset_t& quit) {
-    const timespec period = {periodMs / 1000, static_cast<long>(periodMs % 1000) * 1000000};
-    return sigtimedwait(&quit, nullptr, &period) != SIGQUIT;
+bool Sleep(const sigset_t& quit) {
+    return sigtimedwait(&quit, nullptr, &kPeriod) != SIGQUIT;
 }
 
 }  // namespace
@@ -135,17 +120,16 @@ int main(int argc, char** argv) {
         Announce("keldra", objection);
         return status;
     }
-    const Settings settings = ReadSettings();
     Detachment detachment;
     uint32_t count = FirstCount();
     Order order = Order::kNone;
-    Beat(order, count, settings.bigEndian);
+    Beat(order, count);
     Announce("keldra", "is up" + (hasOptions ? ", options " + optionsFile : ""));
     detachment.Ready();
-    while (Sleep(settings.periodMs, quit) || order == Order::kIgnore) {
+    while (Sleep(quit) || order == Order::kIgnore) {
         const Order fresh = TakeOrder();
         order = fresh == Order::kNone ? order : fresh;
-        Beat(order, ++count, settings.bigEndian);
+        Beat(order, ++count);
     }
     Announce("keldra", "ends on SIGQUIT");
     return 0;

@@ -1,8 +1,8 @@
 #!/bin/sh
-# Stands in for the terminal's LED script: shows what was asked for. While the simulator keeps a
+# Stands in for the terminal's LED script: shows what was asked for. While there is a
 # status in led.fails, it fails with that.
 fails=/run/simulator/led.fails
-if [ -e "$fails" ]; then
+if [ -s "$fails" ]; then
     read -r status <"$fails"
     /run/simulator/announce led "script fails: $*"
     exit "$status"

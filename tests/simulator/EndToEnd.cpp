@@ -3,8 +3,7 @@
 #include <filesystem>
 #include <iostream>
 
-#include "simulator/Emulation.h"
-#include "simulator/Namespaces.h"
+#include "simulator/Sandbox.h"
 
 using namespace Simulator;
 
@@ -19,7 +18,7 @@ constexpr double kImpatientSeconds = 2;
 
 void EndToEnd::SetUp() {
     std::string reason;
-    if (!NamespacesPermitted(&reason)) {
+    if (!Sandbox().Open(STAND_IN_DIRECTORY "/stand_in_init", "", &reason)) {
         GTEST_SKIP() << reason;
     }
 }
@@ -44,10 +43,6 @@ void EndToEnd::TearDown() {
 void EndToEnd::PowerOn(TerminalOptions options) {
     options.monitorProgram = MONITOR_PROGRAM;
     options.standInDirectory = STAND_IN_DIRECTORY;
-    const char* const target = getenv("KELDRA_TARGET_BUILD");
-    if (target != nullptr && options.packageDirectory.empty()) {
-        UseTargetDaemon(target, &options);
-    }
     terminal_ = std::make_unique<SimulatedTerminal>(options);
     std::string reason;
     ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;

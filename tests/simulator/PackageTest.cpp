@@ -11,9 +11,7 @@ struct EndToEndPackageTest : EndToEnd {
     EndToEndPackageTest() { setenv("P", PACKAGE_FILE, 1); }
 
     void Service(const std::string& action, int status, const std::string& text) {
-        std::vector<std::string> command = terminal_->MonitorCommand({action});
-        *(command.end() - 2) = "/etc/init.d/keldra-monitor";
-        const CommandResult result = terminal_->Run(command);
+        const CommandResult result = terminal_->Run({"/etc/init.d/keldra-monitor", action});
         EXPECT_EQ(result.status, W_EXITCODE(status, 0)) << action << ": " << result.output;
         EXPECT_NE(result.output.find(text), std::string::npos) << action << ": " << result.output;
     }
@@ -22,8 +20,6 @@ struct EndToEndPackageTest : EndToEnd {
 TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
     TerminalOptions options;
     options.packageDirectory = files_.File("package");
-    // The script's shell would keep the library for itself: it comes from the daemon's settings.
-    options.monitorWrapper = "/usr/bin/env";
     // Installed by dpkg, as root at least of a namespace, in a root that has nothing else.
     setenv("D", options.packageDirectory.c_str(), 1);
     ASSERT_EQ(std::system("mkdir \"$D\" && cd \"$D\" && PATH=$PATH:/usr/sbin:/sbin && "
