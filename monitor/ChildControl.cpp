@@ -8,12 +8,12 @@
 #include <cstring>
 
 #include "core/log/Log.h"
+#include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
 #include "monitor/DebugLog.h"
 #include "monitor/MonitorState.h"
 #include "monitor/Paths.h"
 #include "monitor/ProcessLookup.h"
-#include "monitor/SignalWindow.h"
 #include "shell/ShellRunner.h"
 
 namespace Monitor {
@@ -23,7 +23,6 @@ using Quenda::LogMessage;
 
 namespace {
 
-constexpr size_t kOutputSize = 4096;
 constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
 
 // The options file of that type, null for an unknown one. The start is counted here, before
@@ -45,7 +44,7 @@ const char* CountStartAndGetOptionsFile(OptionsType type) {
 
 // In the child. Does not return.
 [[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
-    RestoreSignalsInChild();
+    Quenda::RestoreSignalsInChild();
     Quenda::CloseInheritedDescriptors();
     if (optionsFile == nullptr) {
         (void)execl(path, name, "-cp", "23", nullptr);
@@ -53,12 +52,6 @@ const char* CountStartAndGetOptionsFile(OptionsType type) {
         (void)execl(path, name, "-cp", "23", "-cfg", optionsFile, nullptr);
     }
     _exit(kExecFailed);
-}
-
-// False, with errno set, when the launcher cannot be waited for.
-bool WaitForLauncher(pid_t child, int& status) {
-    const SignalWindow window;
-    return waitpid(child, &status, 0) != -1;
 }
 
 bool JudgeLauncher(pid_t child, int status) {
@@ -99,7 +92,7 @@ bool StartKeldra(const std::string& processName, OptionsType optionsType) {
         ExecKeldra(path.c_str(), processName.c_str(), optionsFile);
     }
     int waitStatus = 0;
-    if (!WaitForLauncher(child, waitStatus)) {
+    if (!Quenda::WaitForChild(child, waitStatus)) {
         LogMessage(0, "Failed to wait on Keldra %d: %s\n", child, strerror(errno));
         return false;
     }
@@ -121,14 +114,7 @@ bool StartSshd(const std::string& serviceName) {
     const std::string command =
         FormatText("%s %s start\n", settings.service_script.c_str(), serviceName.c_str());
     std::string output;
-    // More than a service script prints: inside the window nothing is to touch the heap.
-    output.reserve(kOutputSize);
-    bool started = false;
-    {
-        const SignalWindow window;
-        started = Quenda::RunShellCommand(command, output);
-    }
-    if (!started) {
+    if (!Quenda::RunShellCommand(command, output)) {
         // The captured text brings a newline of its own.
         LogMessage(0, "Failed to start the SSH service: %s\n", output.c_str());
         return false;
@@ -139,17 +125,12 @@ bool StartSshd(const std::string& serviceName) {
 
 bool SetLedsToError() {
     const std::string command = FormatText("%s all error", settings.led_control_script.c_str());
-    bool set = false;
-    {
-        // SIGINT and SIGQUIT are lost while system(3) runs, as it ignores them.
-        const SignalWindow window;
-        set = Quenda::RunSystemCommand(command);
-    }
-    if (!set) {
+    if (!Quenda::RunSystemCommand(command)) {
         // The script gives no reason; the place for one stays empty, as log readers know it.
         LogMessage(0, "Failed to set the LEDs on the terminal: %s\n", "");
+        return false;
     }
-    return set;
+    return true;
 }
 
 }  // namespace Monitor

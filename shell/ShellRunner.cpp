@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
+
+#include "core/signals/SignalWindow.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 
@@ -18,18 +21,10 @@ constexpr int kMaxArguments = 30;   // passed to a program, argv[0] included
 constexpr int kFirstInherited = 3;  // after the standard streams
 constexpr int kLastInherited = 1023;
 
-// Appended in place: a caller that has reserved room for the output sees no allocation.
-void AppendLine(std::string& output, const char* text, const char* detail) {
-    output.append(text).append(detail).append("\n");
-}
-
-void AppendLine(std::string& output, const char* text, int number) {
-    AppendLine(output, text, std::to_string(number).c_str());
-}
-
 // In the child. Does not return.
 [[noreturn]] void Exec(const int (&pipeFds)[2], const char* path, char* const* argv,
                        const char* shown) {
+    RestoreSignalsInChild();
     (void)close(pipeFds[0]);
     (void)dup2(pipeFds[1], STDERR_FILENO);
     (void)dup2(pipeFds[1], STDOUT_FILENO);
@@ -42,34 +37,59 @@ void AppendLine(std::string& output, const char* text, int number) {
     _exit(1);
 }
 
-void ReadAll(int fd, std::string& output) {
-    char chunk[kChunk];
-    for (;;) {
-        const ssize_t count = read(fd, chunk, sizeof(chunk));
-        if (count > 0) {
-            output.append(chunk, static_cast<size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
-            return;
+// A command with the read end of its output's pipe. It is waited for even when its output finds
+// no memory.
+class RunningCommand {
+public:
+    RunningCommand(pid_t child, int outputFd) : child_(child), outputFd_(outputFd) {}
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+    ~RunningCommand() {
+        int status = 0;
+        (void)End(status);
+    }
+
+    void ReadAll(std::string& output) const {
+        char chunk[kChunk];
+        for (;;) {
+            const ssize_t count = ReadChunk(chunk);
+            if (count > 0) {
+                output.append(chunk, static_cast<size_t>(count));
+            } else if (count == 0 || errno != EINTR) {
+                return;
+            }
         }
     }
-}
 
-bool WaitFor(pid_t child, std::string& output) {
-    int status = 0;
-    while (waitpid(child, &status, 0) == -1) {
-        if (errno != EINTR) {
+    // Closes the pipe and waits. False when that failed, and the second time.
+    bool End(int& status) {
+        if (outputFd_ == -1) {
             return false;
         }
+        (void)close(std::exchange(outputFd_, -1));  // nothing was written
+        return WaitForChild(child_, status);
     }
+
+private:
+    ssize_t ReadChunk(char (&chunk)[kChunk]) const {
+        const SignalWindow window;
+        return read(outputFd_, chunk, sizeof(chunk));
+    }
+
+    const pid_t child_;
+    int outputFd_;
+};
+
+bool JudgeEnd(int status, std::string& output) {
     if (WIFEXITED(status)) {
         if (WEXITSTATUS(status) == 0) {
             return true;
         }
-        AppendLine(output, "Shell command exited with code ", WEXITSTATUS(status));
+        output += FormatText("Shell command exited with code %d\n", WEXITSTATUS(status));
     } else if (WIFSIGNALED(status)) {
-        AppendLine(output, "Shell Failed: Killed by signal ", WTERMSIG(status));
+        output += FormatText("Shell Failed: Killed by signal %d\n", WTERMSIG(status));
     } else if (WIFSTOPPED(status)) {
-        AppendLine(output, "Shell Failed: Stopped by signal ", WSTOPSIG(status));
+        output += FormatText("Shell Failed: Stopped by signal %d\n", WSTOPSIG(status));
     }
     return false;
 }
@@ -78,28 +98,37 @@ bool WaitFor(pid_t child, std::string& output) {
 bool Run(const char* path, char* const* argv, const char* shown, std::string& output) {
     int pipeFds[2];
     if (pipe(pipeFds) == -1) {
-        output.clear();
-        AppendLine(output, "Shell Failed: Failed to create pipe: ", strerror(errno));
+        output = FormatText("Shell Failed: Failed to create pipe: %s\n", strerror(errno));
         return false;
     }
     const pid_t child = fork();
     if (child == -1) {
-        output.clear();
-        AppendLine(output, "Shell Failed: Failed to create fork: ", strerror(errno));
+        const int error = errno;
         (void)close(pipeFds[0]);
         (void)close(pipeFds[1]);
+        output = FormatText("Shell Failed: Failed to create fork: %s\n", strerror(error));
         return false;
     }
     if (child == 0) {
         Exec(pipeFds, path, argv, shown);
     }
     (void)close(pipeFds[1]);
-    ReadAll(pipeFds[0], output);
-    (void)close(pipeFds[0]);
-    return WaitFor(child, output);
+    RunningCommand command(child, pipeFds[0]);
+    command.ReadAll(output);
+    int status = 0;
+    return command.End(status) && JudgeEnd(status, output);
 }
 
 }  // namespace
+
+bool WaitForChild(pid_t child, int& status) {
+    const SignalWindow window;
+    pid_t ended = -1;
+    do {
+        ended = waitpid(child, &status, 0);
+    } while (ended == -1 && errno == EINTR);
+    return ended != -1;
+}
 
 bool RunShellCommand(const std::string& command, std::string& output) {
     if (command.empty()) {
@@ -123,7 +152,12 @@ bool RunSystemCommand(const std::string& command) {
     if (command.empty()) {
         return false;
     }
-    const int status = system(command.c_str());
+    int status = 0;
+    {
+        // SIGINT and SIGQUIT are lost while system(3) runs, as it ignores them.
+        const SignalWindow window;
+        status = system(command.c_str());
+    }
     return status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 

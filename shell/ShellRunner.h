@@ -1,8 +1,11 @@
 // Runs external commands and waits for them, without a time-out. Nothing here logs: a failure is
 // explained in the caller's output, and the caller decides what to report.
 //
-// Descriptors that are not close-on-exec reach the command.
+// Descriptors that are not close-on-exec reach the command. Signals that the process holds
+// (core/signals) arrive during the waits.
 #pragma once
+
+#include <sys/types.h>
 
 #include <string>
 
@@ -24,6 +27,10 @@ bool RunExecCommand(const std::string& path, int argc, const char* const* argv,
 
 // Runs the command with system(3). True only for exit 0; nothing is captured.
 bool RunSystemCommand(const std::string& command);
+
+// Waits until that child of the caller has ended, through interruptions. False, with errno set,
+// when it cannot be waited for.
+bool WaitForChild(pid_t child, int& status);
 
 // Closes descriptors 3 to 1023. For a child between fork and exec.
 void CloseInheritedDescriptors();

@@ -9,11 +9,18 @@
 #include "core/event/FileDescriptorHandler.h"
 #include "core/event/WaitTimeout.h"
 #include "core/log/Log.h"
+#include "core/signals/SignalWindow.h"
 #include "core/timer/TimeKeeper.h"
 
 namespace Quenda {
 
 namespace {
+
+// epoll_pwait looks for signals only when it has to wait: a loop that always finds something to
+// do, or always fails, would never let one in.
+void LetSignalsIn() {
+    const SignalWindow window;
+}
 
 constexpr uint32_t kReadEvents = EPOLLIN | EPOLLERR | EPOLLHUP | EPOLLRDHUP;
 
@@ -111,11 +118,6 @@ bool EventLoop::ModifyHandler(FileDescriptorHandler* handler) {
     return true;
 }
 
-void EventLoop::SetWaitSignalMask(const sigset_t& mask) {
-    waitSignalMask_ = mask;
-    hasWaitSignalMask_ = true;
-}
-
 bool EventLoop::Run() {
     terminate_ = false;
     isSound_ = true;
@@ -134,8 +136,7 @@ bool EventLoop::Poll() {
 
 bool EventLoop::WaitAndDispatch(bool poll) {
     const int timeoutMs = poll ? 0 : NextTimeoutMs();
-    const int count = epoll_pwait(epollFd_, events_, kMaxEvents, timeoutMs,
-                                  hasWaitSignalMask_ ? &waitSignalMask_ : nullptr);
+    const int count = epoll_pwait(epollFd_, events_, kMaxEvents, timeoutMs, SignalMaskInWindow());
     if (count == -1) {
         const int error = errno;
         if (error != EINTR) {
@@ -154,17 +155,6 @@ bool EventLoop::WaitAndDispatch(bool poll) {
     }
     Dispatch(count);
     return true;
-}
-
-// epoll_pwait looks for signals only when it has to wait: a loop that always finds something to
-// do, or always fails, would never let one in.
-void EventLoop::LetSignalsIn() const {
-    if (!hasWaitSignalMask_) {
-        return;
-    }
-    sigset_t mask;
-    (void)sigprocmask(SIG_SETMASK, &waitSignalMask_, &mask);  // cannot fail with a valid mask
-    (void)sigprocmask(SIG_SETMASK, &mask, nullptr);
 }
 
 int EventLoop::NextTimeoutMs() const {

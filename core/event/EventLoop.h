@@ -1,6 +1,5 @@
 #pragma once
 
-#include <signal.h>
 #include <sys/epoll.h>
 
 #include <cstdint>
@@ -17,6 +16,8 @@ class Writable;
 
 // The process's single-threaded event loop: waits with epoll(7) for descriptors and for the next
 // timer, and gives deferred work one pass per turn. Handlers and activities are not owned.
+// Signals that the process holds (SignalWindow) arrive while it waits, and when it looked for
+// descriptors without a wait.
 class EventLoop {
 public:
     // The process's one loop, built on first use and destroyed at exit.
@@ -44,10 +45,6 @@ public:
     bool AddActivity(ActivityHold* hold) { return activities_->Add(hold); }
     bool RemoveActivity(ActivityHold* hold) { return activities_->Remove(hold); }
 
-    // For signals that the process keeps blocked and that are to arrive while the loop waits, or
-    // right after a wait that returned at once: `mask` is then in force, not the process's.
-    void SetWaitSignalMask(const sigset_t& mask);
-
     // Runs until it is stopped, or until epoll reports that its own descriptor is no longer valid:
     // only then false. Either end is logged. A signal ends a wait early, which is harmless.
     bool Run();
@@ -72,7 +69,6 @@ private:
     static constexpr int kMaxEvents = 128;  // taken from the kernel in one wait
 
     bool WaitAndDispatch(bool poll);
-    void LetSignalsIn() const;
     int NextTimeoutMs() const;
     void Dispatch(int count);
 
@@ -82,8 +78,6 @@ private:
     TimeKeeperIntf* timeKeeper_;
     int epollFd_ = -1;
     epoll_event events_[kMaxEvents] = {};
-    sigset_t waitSignalMask_ = {};
-    bool hasWaitSignalMask_ = false;
     bool handlersChanged_ = false;
     bool terminate_ = false;
     bool isSound_ = true;  // epoll's own descriptor is valid, as far as is known

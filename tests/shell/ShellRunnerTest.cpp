@@ -10,8 +10,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
 
+#include "core/signals/SignalWindow.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/Heap.h"
 
 using namespace Quenda;
 
@@ -92,15 +95,56 @@ TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {
     }
 }
 
-TEST_F(ShellRunnerTest, SignalDoesNotCutTheOutputShort) {
+TEST_F(ShellRunnerTest, SignalsCutNeitherTheOutputNorTheWaitShort) {
     struct sigaction interrupt = {}, old = {};
     interrupt.sa_handler = [](int) {};  // without SA_RESTART
     sigaction(SIGUSR1, &interrupt, &old);
     std::string output;
-    EXPECT_TRUE(RunShellCommand(
-        "i=0; while [ $((i += 1)) -lt 300 ]; do kill -USR1 $PPID; done; echo end", output));
+    EXPECT_TRUE(
+        RunShellCommand("i=0; while [ $((i += 1)) -lt 300 ]; do kill -USR1 $PPID; done; echo end;"
+                        "exec >&- 2>&-; while [ $((i -= 1)) -gt 0 ]; do kill -USR1 $PPID; done",
+                        output));
     sigaction(SIGUSR1, &old, nullptr);
     EXPECT_EQ(output, "end\n");
+}
+
+TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAloneAndNotInTheChild) {
+    static int allocations = 0;
+    static int signals = 0;
+    const auto run = [] {
+        const std::string command = "grep -E 'Sig(Blk|Ign|Cgt)' /proc/self/status";
+        std::string before;
+        EXPECT_TRUE(RunShellCommand(command, before));
+        sigset_t held{};
+        sigaddset(&held, SIGUSR1);
+        (void)signal(SIGUSR1, [](int) { ++signals; });
+        BlockSignalsOutsideWindows(held);
+        std::string inside;
+        EXPECT_TRUE(RunShellCommand(command, inside));
+        EXPECT_EQ(inside, before);
+        // The heap is not to be touched while a handler may come.
+        onAllocation = [] {
+            sigset_t mask{};
+            sigprocmask(SIG_BLOCK, nullptr, &mask);
+            allocations += sigismember(&mask, SIGUSR1) == 0;
+        };
+        std::string output;
+        EXPECT_TRUE(RunShellCommand("kill -USR1 $PPID; head -c 20000 /dev/zero", output));
+        EXPECT_EQ(output.size(), 20000U);
+        EXPECT_EQ(signals, 1);
+        EXPECT_TRUE(RunSystemCommand("kill -USR1 $PPID"));
+        EXPECT_EQ(signals, 2);
+        EXPECT_EQ(allocations, 0);
+        _exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ShellRunnerTest, OutputThatFindsNoMemoryLeavesNoDescriptorAndNoChild) {
+    std::string output;
+    onAllocation = [] { throw std::bad_alloc(); };
+    EXPECT_THROW((void)RunShellCommand("head -c 20000 /dev/zero", output), std::bad_alloc);
+    onAllocation = nullptr;
 }
 
 TEST_F(ShellRunnerTest, SystemTellsOnlySuccess) {

@@ -1,15 +1,13 @@
-#include "monitor/SignalWindow.h"
+#include "core/signals/SignalWindow.h"
 
-#include "core/event/EventLoop.h"
-
-namespace Monitor {
+namespace Quenda {
 
 namespace {
 
 bool blocking = false;
-sigset_t held;           // the daemon's signals
-sigset_t maskInWindow;   // the one that the daemon was started with
-sigset_t maskElsewhere;  // the same and the daemon's signals
+sigset_t held;           // the signals that wait for a window
+sigset_t maskInWindow;   // the one that the process was started with
+sigset_t maskElsewhere;  // the same and the signals held
 
 }  // namespace
 
@@ -19,7 +17,10 @@ void BlockSignalsOutsideWindows(const sigset_t& signals) {
     (void)sigprocmask(SIG_SETMASK, nullptr, &maskElsewhere);
     held = signals;
     blocking = true;
-    Quenda::EventLoop::Instance().SetWaitSignalMask(maskInWindow);
+}
+
+const sigset_t* SignalMaskInWindow() {
+    return blocking ? &maskInWindow : nullptr;
 }
 
 void RestoreSignalsInChild() {
@@ -46,4 +47,4 @@ SignalWindow::~SignalWindow() {
     }
 }
 
-}  // namespace Monitor
+}  // namespace Quenda
