@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "core/log/Log.h"
+#include "core/output/SystemLogger.h"
 
 namespace Quenda {
 
@@ -13,21 +14,14 @@ namespace {
 bool isOpen = false;
 LogHooks savedHooks = {nullptr, nullptr};
 
-void SendRecord(int priority, const char* format, va_list arguments) {
-    va_list copy;
-    va_copy(copy, arguments);
-    vsyslog(priority, format, copy);
-    va_end(copy);
-}
-
 void PlainHook(const char* format, va_list arguments) {
-    SendRecord(LOG_DAEMON | LOG_ERR, format, arguments);
+    SendToSyslog(LOG_DAEMON | LOG_ERR, format, arguments);
     savedHooks.plain(format, arguments);
 }
 
 void LevelledHook(int level, const char* format, va_list arguments) {
     if (level == 0) {
-        SendRecord(LOG_DAEMON | LOG_NOTICE, format, arguments);
+        SendToSyslog(LOG_DAEMON | LOG_NOTICE, format, arguments);
     }
     savedHooks.levelled(level, format, arguments);
 }

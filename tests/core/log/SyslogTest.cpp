@@ -35,12 +35,14 @@ bool EnterOwnMounts() {
     return true;
 }
 
-// A /dev of this process's own, with a syslog socket in it. -1 when that is not permitted.
+// A /dev of this process's own; false when that is not permitted.
+bool MakeOwnDev() {
+    return EnterOwnMounts() && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("none", "/dev", "tmpfs", 0, nullptr) == 0;
+}
+
 int BindSyslogSocket() {
-    if (!EnterOwnMounts() || mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == -1 ||
-        mount("none", "/dev", "tmpfs", 0, nullptr) == -1) {
-        return -1;
-    }
+    (void)unlink("/dev/log");
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
     const sockaddr_un address = {AF_UNIX, "/dev/log"};
     return bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == -1 ? -1 : fd;
@@ -48,12 +50,14 @@ int BindSyslogSocket() {
 
 struct SyslogTest : testing::Test {
     void SetUp() override {
-        static const int socket = BindSyslogSocket();
-        fd_ = socket;
-        if (fd_ == -1) {
+        static const bool permitted = MakeOwnDev();
+        if (!permitted) {
             GTEST_SKIP() << "mount namespaces are not permitted here";
         }
+        fd_ = BindSyslogSocket();
+        ASSERT_NE(fd_, -1);
     }
+    void TearDown() override { close(fd_); }
     // The records received, without their time stamps, a "|" after each.
     std::string Records() const {
         std::string records;
@@ -81,6 +85,32 @@ TEST_F(SyslogTest, GetsLevelZeroAndErrorsOnceEachWhileItIsOpen) {
     LogMessage(0, "after\n");
     EXPECT_EQ(capture.Stop(), "before 1\nnotice a\ndetail b\nerror d\nafter\n");
     EXPECT_EQ(Records(), "<29>keldra: notice a\n|<27>keldra: error d\n|<27>keldra: abc|");
+}
+
+TEST_F(SyslogTest, LinesAreLostAndCountedWhileNobodyReadsThem) {
+    constexpr long kLines = 40;  // more than the kernel queues
+    Capture quiet(STDERR_FILENO);
+    OpenSyslog("keldra");
+    for (int i = 0; i < kLines; ++i) {
+        LogMessage(0, "queued\n");
+    }
+    const std::string queued = Records();
+    const long lost = kLines - std::count(queued.begin(), queued.end(), '|');
+    EXPECT_GT(lost, 0);
+    const auto notice = [](long lines) {
+        return "<29>keldra: " + std::to_string(lines) +
+               " lines were lost: the system logger did not take them\n|";
+    };
+    LogError("next\n");
+    LogError("last\n");
+    EXPECT_EQ(Records(), notice(lost) + "<27>keldra: next\n|<27>keldra: last\n|");
+
+    close(fd_);
+    LogMessage(0, "to nobody\n");
+    fd_ = BindSyslogSocket();
+    LogMessage(0, "to the next one\n");
+    EXPECT_EQ(Records(), notice(1) + "<29>keldra: to the next one\n|");
+    CloseSyslog();
 }
 
 TEST_F(SyslogTest, OptionsPutTheSinkIntoTheListAtTheirLevel) {

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdarg>
+
+namespace Quenda {
+
+// Sends a line with syslog(3), unless the system logger would keep the process waiting. Its queue
+// stays full once it no longer reads: after a second lines are then lost, and the first one that
+// gets through again is preceded by a notice of how many. `arguments` is left as it was
+// found.
+void SendToSyslog(int priority, const char* format, va_list arguments)
+    __attribute__((format(printf, 2, 0)));
+void SendToSyslog(int priority, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+}  // namespace Quenda
