@@ -10,15 +10,18 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <ctime>
 #include <iterator>
+#include <memory>
 
+#include "core/signals/SignalWindow.h"
 #include "core/text/TargetNumbers.h"
-#include "monitor/SignalWindow.h"
 
 namespace Monitor {
 
 namespace {
 
+constexpr time_t kPauseSeconds = 1;
 constexpr size_t kLineSize = 128;  // the fields needed come first in the line
 
 bool IsSpace(char c) {
@@ -39,6 +42,17 @@ private:
     static constexpr size_t kStart = sizeof("/proc/") - 1;
     char text_[32] = "/proc/";  // room for any PID
 };
+
+// Gives the signalled processes their second, whatever signals come meanwhile: they are let in,
+// and the pause goes on to its end.
+void Pause() {
+    timespec end{};
+    (void)clock_gettime(CLOCK_MONOTONIC, &end);  // cannot fail with this clock
+    end.tv_sec += kPauseSeconds;
+    const Quenda::SignalWindow window;
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &end, nullptr) == EINTR) {
+    }
+}
 
 bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
@@ -89,17 +103,17 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
 }
 
 bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
-    DIR* const directory = name == nullptr ? nullptr : opendir("/proc");
-    if (directory == nullptr) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(
+        name == nullptr ? nullptr : opendir("/proc"), closedir);
+    if (!directory) {
         return false;
     }
-    while (const dirent* const entry = readdir(directory)) {
+    while (const dirent* const entry = readdir(directory.get())) {
         int32_t pid = 0;
         if (Quenda::ScanInt32(entry->d_name, pid, 10) && IsProcessRunning(name, pid)) {
             pids.push_back(pid);
         }
     }
-    (void)closedir(directory);  // nothing was written
     return true;
 }
 
@@ -147,8 +161,7 @@ bool SignalProcessesByName(const char* name, int signal) {
     if (includesSelf && !SignalOne(self, signal)) {
         allSignalled = false;
     }
-    const SignalWindow window;
-    sleep(1);
+    Pause();
     return allSignalled;
 }
 

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -93,6 +94,29 @@ TEST_F(ProcessesByNameTest, FirstAndOtherFollowTheDirectory) {
     ASSERT_EQ(pids_.size(), 2U);
     EXPECT_EQ(FindProcessId(name_), pids_[0]);
     EXPECT_EQ(FindOtherProcessId(name_), pids_[0]);  // the caller has another name
+}
+
+TEST_F(ProcessesByNameTest, PauseTakesItsSecondWhateverSignalsCome) {
+    static int signals = 0;
+    signals = 0;
+    struct sigaction count = {}, old = {};
+    count.sa_handler = [](int) { ++signals; };
+    sigaction(SIGUSR1, &count, &old);
+    const NamedProcess found(own_);
+    const pid_t storm = fork();
+    if (storm == 0) {
+        while (kill(getppid(), SIGUSR1) == 0) {
+            usleep(100);
+        }
+        _exit(0);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(SignalProcessesByName(name_, SIGCONT));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    kill(storm, SIGKILL);
+    waitpid(storm, nullptr, 0);
+    sigaction(SIGUSR1, &old, nullptr);
+    EXPECT_GT(signals, 1);
 }
 
 TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
