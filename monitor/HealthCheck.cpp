@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <cstdlib>
+#include <new>
 
 #include "core/log/Log.h"
 #include "monitor/ChildControl.h"
@@ -101,9 +102,7 @@ bool CheckSshd() {
     return true;
 }
 
-}  // namespace
-
-bool CheckHealth(bool heartbeatRead) {
+bool Check(bool heartbeatRead) {
     (void)RefreshPid(settings.keldra_process_name, supervision.keldraPid);
     const HealthFacts facts = {supervision.keldraPid, heartbeatRead, heartbeatReader.InErrorState(),
                                heartbeatReader.HeartbeatMissed()};
@@ -123,6 +122,18 @@ bool CheckHealth(bool heartbeatRead) {
         RestartKeldra();
     }
     return CheckSshd();
+}
+
+}  // namespace
+
+bool CheckHealth(bool heartbeatRead) {
+    try {
+        return Check(heartbeatRead);
+    } catch (const std::bad_alloc&) {
+        // The watchdog is not re-armed for it: a terminal whose memory never comes back reboots.
+        LogMessage(0, "Out of memory: this check is given up, the next one tries again\n");
+        return false;
+    }
 }
 
 }  // namespace Monitor

@@ -6,6 +6,8 @@ namespace Monitor {
 // re-arms the watchdog, restarts what is not healthy. Exits the process when the strikes pass the
 // maximum, and the watchdog then reboots the terminal.
 //
+// A check that finds no memory is given up with a line in the log, wherever it stands.
+//
 // `heartbeatRead`: whether the read succeeded. Returns whether sshd runs or could be started.
 bool CheckHealth(bool heartbeatRead);
 

@@ -6,11 +6,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 
 #include "core/log/Log.h"
+#include "core/signals/SignalWindow.h"
 #include "monitor/MonitorState.h"
 #include "monitor/MonitorWatchdog.h"
-#include "monitor/SignalWindow.h"
 #include "monitor/StatusReport.h"
 
 namespace Monitor {
@@ -25,15 +26,24 @@ namespace {
     exit(0);
 }
 
+// An exception must not leave a handler: a report that finds no memory is given up.
+void Report(void (*write)()) {
+    try {
+        write();
+    } catch (const std::bad_alloc&) {
+        Quenda::LogMessage(0, "Out of memory: this status report is given up\n");
+    }
+}
+
 void OnStatusRequest(int /*signal*/) {
     const int interrupted = errno;
-    UpdateStatusFile();
+    Report(UpdateStatusFile);
     errno = interrupted;
 }
 
 [[noreturn]] void OnInterrupt(int signal) {
     fprintf(stderr, "\n");
-    WriteStatusReport(stderr);
+    Report([] { WriteStatusReport(stderr); });
     ShutDown(signal);
 }
 
@@ -54,9 +64,13 @@ constexpr HandledSignal kHandled[] = {
 
 }  // namespace
 
-void PrepareSignals() {
-    (void)signal(SIGUSR1, SIG_IGN);  // neither call can fail with these signals
+void PrepareSignals(bool detached) {
+    (void)signal(SIGUSR1, SIG_IGN);  // none of the calls can fail with these signals
     (void)signal(SIGCHLD, SIG_DFL);
+    if (detached) {
+        // Not SIG_IGN, which the programs that the daemon starts would inherit.
+        (void)signal(SIGHUP, [](int) {});
+    }
 }
 
 void HoldSignals() {
@@ -65,7 +79,7 @@ void HoldSignals() {
     for (const HandledSignal& handled : kHandled) {
         sigaddset(&signals, handled.number);
     }
-    BlockSignalsOutsideWindows(signals);
+    Quenda::BlockSignalsOutsideWindows(signals);
 }
 
 void InstallSignalHandlers() {

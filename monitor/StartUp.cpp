@@ -1,10 +1,12 @@
 #include "monitor/StartUp.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <optional>
 
 #include "core/buildinfo/BuildInfoRegistry.h"
@@ -34,6 +36,18 @@ namespace {
 constexpr int kDebugTraceLevel = 9;
 constexpr int kSyslogTraceLevel = 2;
 
+// Whatever is opened later must not become standard error: where the starter closed a standard
+// stream, /dev/null takes its place.
+void OpenStandardStreams() {
+    int fd = -1;
+    do {
+        fd = open("/dev/null", O_RDWR);
+    } while (fd != -1 && fd <= STDERR_FILENO);
+    if (fd != -1) {
+        (void)close(fd);  // all three are open
+    }
+}
+
 void OpenLogs() {
     // Kept for the life of the process, since the trace list refers to them until its end.
     static Quenda::StdioWritable standardError(stderr);
@@ -57,9 +71,9 @@ bool IsOnlyInstance() {
 }
 
 void Detach() {
-    if (!settings.debug) {
-        // A monitor that cannot detach itself supervises all the same.
-        (void)!daemon(1, 0);
+    if (!settings.debug && daemon(1, 0) == -1) {
+        // It supervises all the same; whoever started it waits for its end.
+        LogMessage(0, "Failed to detach: %s. Staying in the foreground.\n", strerror(errno));
     }
 }
 
@@ -126,14 +140,13 @@ bool ChooseOptionsFile() {
     return true;
 }
 
-}  // namespace
-
-int RunMonitor(int argc, char** argv) {
+int Run(int argc, char** argv) {
+    OpenStandardStreams();
     RegisterVersion();
     if (const std::optional<int> exitCode = ParseCommandLine(argc, argv, settings)) {
         return *exitCode;
     }
-    PrepareSignals();
+    PrepareSignals(!settings.debug);
     OpenLogs();
     if (!IsOnlyInstance()) {
         return 1;
@@ -159,6 +172,17 @@ int RunMonitor(int argc, char** argv) {
     loop.Run();
     LogMessage(0, "%s: BUG! Keldra Monitor returns?!\n", "int main(int, char**)");
     return 2;
+}
+
+}  // namespace
+
+int RunMonitor(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        LogMessage(0, "Out of memory: Keldra Monitor ends\n");
+        return 1;
+    }
 }
 
 }  // namespace Monitor

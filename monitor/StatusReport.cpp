@@ -1,7 +1,12 @@
 #include "monitor/StatusReport.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 #include "core/event/EventLoop.h"
 #include "core/log/Log.h"
@@ -12,6 +17,8 @@
 namespace Monitor {
 
 namespace {
+
+constexpr mode_t kStatusFileMode = 0644;  // whatever the umask that the daemon was started with
 
 const char* TrueOrFalse(bool value) {
     return value ? "true" : "false";
@@ -74,6 +81,38 @@ void WriteEventLoop(FILE* out) {
     fprintf(out, "\n");
 }
 
+// Empties the file for a new report. False, with errno set, when it is not a file of its own.
+bool Prepare(int fd) {
+    struct stat status {};
+    if (fstat(fd, &status) == -1) {
+        return false;
+    }
+    if (!S_ISREG(status.st_mode) || status.st_nlink != 1) {
+        errno = EEXIST;
+        return false;
+    }
+    (void)fchmod(fd, kStatusFileMode);  // a report that few can read is better than none
+    return ftruncate(fd, 0) == 0;
+}
+
+// Somebody may have put something else into the file's place: it is not followed, not waited for
+// and not emptied. Returns null with errno set on failure.
+FILE* OpenStatusFile() {
+    // Close-on-exec: a command that the daemon may be starting just now must not inherit it.
+    const int fd = open(kStatusFile, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+                        kStatusFileMode);
+    if (fd == -1) {
+        return nullptr;
+    }
+    FILE* const file = Prepare(fd) ? fdopen(fd, "w") : nullptr;
+    if (file == nullptr) {
+        const int error = errno;
+        (void)close(fd);  // nothing was written
+        errno = error;
+    }
+    return file;
+}
+
 }  // namespace
 
 void WriteStatusReport(FILE* stream) {
@@ -85,15 +124,13 @@ void WriteStatusReport(FILE* stream) {
 }
 
 void UpdateStatusFile() {
-    // Close-on-exec: a command that the daemon may be starting just now must not inherit it.
-    FILE* const file = fopen(kStatusFile, "we");
-    if (file == nullptr) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(OpenStatusFile(), fclose);
+    if (!file) {
         Quenda::LogMessage(0, "Failed to open the status file %s for writing: %s\n", kStatusFile,
                            strerror(errno));
         return;
     }
-    WriteStatusReport(file);
-    (void)fclose(file);  // a report cut short by a full disk is seen by its reader
+    WriteStatusReport(file.get());  // one cut short by a full disk is seen by its reader
 }
 
 }  // namespace Monitor

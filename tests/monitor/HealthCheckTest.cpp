@@ -7,11 +7,13 @@
 #include <unistd.h>
 
 #include <memory>
+#include <new>
 
 #include "core/options/OptionsNodeEdit.h"
 #include "monitor/MonitorState.h"
 #include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/Heap.h"
 #include "tests/support/NamedProcess.h"
 #include "tests/support/TempDir.h"
 
@@ -50,7 +52,9 @@ struct HealthCheckTest : testing::Test {
         Capture log(2);
         bool read = false;
         heartbeatReader.OnTimeout(0, &read);
+        onAllocation = onAllocationInCheck_;
         const bool result = CheckHealth(read);
+        onAllocation = nullptr;
         log_ = log.Stop();
         return result;
     }
@@ -63,6 +67,7 @@ struct HealthCheckTest : testing::Test {
     TempDir dir_;
     std::unique_ptr<NamedProcess> sshd_;
     std::string log_;
+    void (*onAllocationInCheck_)() = nullptr;
 };
 
 const std::string kNoWatchdog = "wdStart (238) : WD_FILE_NOT_FOUND\n";
@@ -92,6 +97,9 @@ TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsSeenToEachTime)
                   "Starting the SSH daemon because it was not detected\n"
                   "Failed to start the SSH service: no\nShell command exited with code 2\n\n");
     EXPECT_EQ(statistics.start_sshd, 0U);
+    settings.service_script = "true";
+    EXPECT_TRUE(Check(6));
+    EXPECT_EQ(statistics.start_sshd, 1U);
 }
 
 TEST_F(HealthCheckTest, UnhealthyKeldraIsSignalledBeforeItIsStartedAgain) {
@@ -130,6 +138,32 @@ TEST_F(HealthCheckTest, UnreadableProcessTableIsAStrikeAndKeldraIsStartedAllTheS
                         "WARNING! The state of the SSH daemon could not be determined: -1\n"),
               std::string::npos);
     EXPECT_EQ(statistics.keldra_state_unknown, 1U);
+}
+
+TEST_F(HealthCheckTest, MemoryThatCannotBeHadCostsOneCheckAndLeavesNothingBehind) {
+    static int allocations = 0;
+    static int failing = 0;
+    onAllocationInCheck_ = [] {
+        if (++allocations == failing) {
+            throw std::bad_alloc();
+        }
+    };
+    const NamedProcess keldra(keldraName_);  // a search finds something to remember
+    sshd_.reset();
+    settings.service_script = "printf %0200d 0; true";  // more than a string holds by itself
+    const auto before = OpenDescriptors();
+    int givenUp = 0;
+    do {
+        ++failing;
+        allocations = 0;
+        supervision.keldraPid = 0;
+        (void)Check(static_cast<uint32_t>(failing));
+        givenUp += log_.find("Out of memory") != std::string::npos;
+    } while (allocations >= failing);
+    EXPECT_EQ(givenUp, failing - 1);
+    EXPECT_GT(givenUp, 3);
+    EXPECT_EQ(OpenDescriptors(), before);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), 0);  // Keldra, which runs
 }
 
 TEST_F(HealthCheckTest, ThousandsOfChecksLeaveNoDescriptorAndNoZombie) {

@@ -32,6 +32,18 @@ TEST_F(EndToEndShutdownTest, EveryTerminatingSignalEndsTheDaemonWithTheWatchdogL
     }
 }
 
+TEST_F(EndToEndShutdownTest, HangUpEndsOnlyADaemonInDebugMode) {
+    StartHealthy();
+    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGHUP));
+    terminal_->Mark();
+    Expect(Source::kWatchdog, "armed with 300 s");
+    ExpectGracefulEnd(SIGTERM);
+
+    StartInDebugMode("1");
+    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGHUP));
+    Expect(Source::kInit, "keldra_monitor has ended: signal 1");
+}
+
 TEST_F(EndToEndShutdownTest, WaitForAProgramThatNeverEndsLeavesTheDaemonOpenToSignals) {
     for (const char* program : {"/usr/sbin/led_ctl.sh", kKeldraProgram, "/usr/sbin/service"}) {
         SCOPED_TRACE(program);

@@ -57,6 +57,22 @@ TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
     EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
 }
 
+TEST_F(EndToEndStartUpTest, StandardStreamsThatTheStarterClosedAreNull) {
+    PowerOn();
+    (void)RunMonitorInShell("\"$@\" 0<&- 1>&- 2>&- &", {"-d", "-t", "1"});
+    ExpectLog("Keldra started responding again after ");
+    const std::string descriptors =
+        terminal_->Path("/proc/" + std::to_string(Only("keldra_monitor")) + "/fd/");
+    for (const char* stream : {"0", "1", "2"}) {
+        EXPECT_EQ(std::filesystem::read_symlink(descriptors + stream), "/dev/null") << stream;
+    }
+    for (const Event& event : terminal_->Events()) {
+        if (event.source == Source::kWatchdog) {
+            EXPECT_EQ(event.text, "armed with 300 s");
+        }
+    }
+}
+
 TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
     const std::tuple<const char*, const char*, int> cases[] = {
         {"0", "Failed to set the HeartbeatReadTimer options", 1},

@@ -68,15 +68,51 @@ TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {
     EXPECT_EQ(Only("keldra_monitor"), daemon);
 }
 
-TEST_F(EndToEndStatusQueryTest, StatusFileThatCannotBeOpenedIsReportedAndSupervisionGoesOn) {
+TEST_F(EndToEndStatusQueryTest, RequestsAreHeldWhileACheckWorks) {
     PowerOn();
-    ASSERT_TRUE(std::filesystem::create_directory(terminal_->Path(kStatusFile)));
+    RefuseToStart(terminal_.get());
+    (void)terminal_->Run({"/bin/sh", "-c", "for i in $(seq 500); do sleep 1000 & done"});
+    StartMonitor();
+    // Each check looks through the long table; sooner or later one is seen at it, with the
+    // signals 2, 3, 10, 15 and 20 blocked.
+    const CommandResult seen = terminal_->Run(
+        {"/bin/sh", "-c",
+         "until grep -q 'SigBlk:.00*84206' /proc/$1/status; do [ -e /proc/$1 ]; done", "sh",
+         std::to_string(Only("keldra_monitor"))});
+    EXPECT_EQ(seen.status, 0);
+}
+
+TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAlone) {
+    // How it comes there, with the file's path in $1, and why it is refused.
+    const std::pair<const char*, const char*> cases[] = {
+        {"mkdir $1", "Is a directory"},
+        {"mkfifo $1", "No such device or address"},
+        {"mkfifo $1; exec 3<>$1; sleep 1000 &", "File exists"},
+        {"echo precious >/tmp/kept; ln -s /tmp/kept $1", "Too many levels of symbolic links"},
+        {"rm -f $1; echo precious >/var/run/quenda/kept; ln /var/run/quenda/kept $1",
+         "File exists"},
+    };
     StartHealthy();
-    ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGUSR1));
-    ExpectLog(std::string("Failed to open the status file ") + kStatusFile +
-              " for writing: Is a directory");
-    terminal_->Mark();
-    Expect(Source::kWatchdog, "armed with 300 s");
+    for (const auto& [command, reason] : cases) {
+        (void)terminal_->Run({"/bin/sh", "-c", "rm -rf $1", "sh", kStatusFile});
+        (void)terminal_->Run({"/bin/sh", "-c", command, "sh", kStatusFile});
+        ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGUSR1));
+        ExpectLog(std::string("Failed to open the status file ") + kStatusFile +
+                  " for writing: " + reason);
+        terminal_->Mark();
+        Expect(Source::kWatchdog, "armed with 300 s");
+    }
+    EXPECT_EQ(ReadFile(terminal_->Path("/tmp/kept")), "precious\n");
+    EXPECT_EQ(ReadFile(terminal_->Path("/var/run/quenda/kept")), "precious\n");
+}
+
+TEST_F(EndToEndStatusQueryTest, EverybodyMayReadTheReport) {
+    PowerOn();
+    (void)RunMonitorInShell("umask 077; \"$@\"", {"-t", "1"});
+    EXPECT_NE(Query().output, "");
+    struct stat status {};
+    ASSERT_EQ(stat(terminal_->Path(kStatusFile).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
 TEST_F(EndToEndStatusQueryTest, FilesOfLaterYearsAreReadLikeAnyOther) {
@@ -104,6 +140,34 @@ TEST_F(EndToEndStatusQueryTest, FilesOfLaterYearsAreReadLikeAnyOther) {
     date(kStatusFile, kYear2107, 0);
     (void)Only("keldra_monitor");
     EXPECT_EQ(ReadFile(terminal_->Path("/tmp/answer")), "of 2107\n");
+}
+
+TEST_F(EndToEndStatusQueryTest, ReportIsNewerWhenItsNanosecondsAre) {
+    StartHealthy();
+    // The clock was set back since; each part of the time is compared on its own.
+    WriteInside(*terminal_, kStatusFile, "old\n");
+    const timespec later[2] = {{2177452800, 0}, {2177452800, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, terminal_->Path(kStatusFile).c_str(), later, 0), 0);
+    EXPECT_EQ(Query().output.find("Parameters\n"), 0U);
+}
+
+TEST_F(EndToEndStatusQueryTest, InterruptEndsTheQueryAlone) {
+    StartHealthy();
+    const pid_t daemon = Only("keldra_monitor");
+    ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
+    (void)RunMonitorInShell("{ \"$@\" 2>/tmp/answer; echo $? >/tmp/status; } &", {"-i"});
+    // Its request tells that the query is past its start.
+    const std::string status = terminal_->Path("/proc/" + std::to_string(daemon) + "/status");
+    ASSERT_TRUE(Becomes(
+        [&] { return ReadFile(status).find("ShdPnd:\t0000000000000200") != std::string::npos; }));
+    for (const Process& process : terminal_->Processes("keldra_monitor")) {
+        if (process.pid != daemon) {
+            ASSERT_TRUE(terminal_->Signal(process.pid, SIGINT));
+        }
+    }
+    EXPECT_TRUE(Becomes([&] { return ReadFile(terminal_->Path("/tmp/status")) == "1\n"; }));
+    EXPECT_EQ(ReadFile(terminal_->Path("/tmp/answer")), "\n");
+    EXPECT_EQ(Only("keldra_monitor"), daemon);
 }
 
 TEST_F(EndToEndStatusQueryTest, NobodyToAskAndNoAnswerAreTold) {

@@ -1,6 +1,7 @@
 // Included by force in front of jsoncpp's sources, which stay as they are. What it changes:
 // - the library's `free` overwrites a block before it returns it to the heap, so that no text
 //   of a value or a member name stays behind in freed memory;
+// - memory that cannot be had is std::bad_alloc, not the end of the process;
 // - a comment that does not begin with "/" is complained about and kept; every other failed
 //   check ends the process with the library's message on standard error;
 // - numbers have 32 bits, as on the terminal (JSON_NO_INT64). The library then still names its
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 
 #include "core/options/internal/JsonComplaint.h"
 
@@ -29,6 +31,15 @@ inline void QuendaWipingFree(void* block) {
     std::free(block);
 }
 
+// The library would end the process for want of memory; the exception ends what was asked of it.
+inline void* QuendaMalloc(size_t size) {
+    void* const block = std::malloc(size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
 inline void QuendaFailedCheck(const char* message) {
     constexpr char kComment[] = "Comments must start with /";
     if (strstr(message, kComment) != nullptr) {
@@ -40,6 +51,7 @@ inline void QuendaFailedCheck(const char* message) {
 }
 
 #define free QuendaWipingFree
+#define malloc QuendaMalloc
 #undef JSON_ASSERT_MESSAGE
 #define JSON_ASSERT_MESSAGE(condition, message) \
     do {                                        \

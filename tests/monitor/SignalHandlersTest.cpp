@@ -1,0 +1,69 @@
+#include "monitor/SignalHandlers.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <new>
+
+#include "tests/support/Heap.h"
+
+using namespace Monitor;
+
+namespace {
+
+// In a process of its own, whose signals nobody needs afterwards.
+struct SignalHandlersTest : testing::Test {
+    template <typename Work>
+    static void InProcess(Work work, int exitCode) {
+        EXPECT_EXIT(
+            {
+                InstallSignalHandlers();
+                work();
+                _exit(HasFailure() ? 99 : 1);
+            },
+            testing::ExitedWithCode(exitCode), "");
+    }
+};
+
+TEST_F(SignalHandlersTest, InterruptNothingForGoodAndNotEachOther) {
+    InProcess(
+        [] {
+            for (const int signal : {SIGUSR1, SIGINT, SIGTSTP, SIGQUIT, SIGTERM}) {
+                struct sigaction action {};
+                sigaction(signal, nullptr, &action);
+                EXPECT_EQ(action.sa_flags & SA_RESTART, SA_RESTART) << signal;
+                for (const int other : {SIGUSR1, SIGINT, SIGTSTP, SIGQUIT, SIGTERM}) {
+                    EXPECT_EQ(sigismember(&action.sa_mask, other), 1) << signal << " " << other;
+                }
+            }
+        },
+        1);
+}
+
+TEST_F(SignalHandlersTest, StatusRequestKeepsTheErrorOfTheCallThatItInterrupts) {
+    InProcess(
+        [] {
+            errno = EINTR;
+            raise(SIGUSR1);  // there is no folder for the status file
+            EXPECT_EQ(errno, EINTR);
+        },
+        1);
+}
+
+TEST_F(SignalHandlersTest, WithoutMemoryTheReportIsGivenUpAndAShutdownGoesOn) {
+    if (access("/proc/cpld/watchdog", F_OK) == 0) {
+        GTEST_SKIP() << "this machine has the board's watchdog, which a shutdown arms";
+    }
+    for (const int signal : {SIGINT, SIGTERM}) {
+        InProcess(
+            [signal] {
+                onAllocation = [] { throw std::bad_alloc(); };
+                raise(signal);
+            },
+            0);
+    }
+}
+
+}  // namespace
