@@ -27,7 +27,8 @@ Logger Ask(int fd) {
         return errno == EPROTOTYPE ? Logger::kReads : Logger::kIsAbsent;
     }
     pollfd state = {fd, POLLOUT, 0};
-    return poll(&state, 1, lostLines == 0 ? kPatienceMs : 0) == 1 ? Logger::kReads : Logger::kIsFull;
+    return poll(&state, 1, lostLines == 0 ? kPatienceMs : 0) == 1 ? Logger::kReads
+                                                                  : Logger::kIsFull;
 }
 
 // Asked with a socket of its own for each line, since the logger may have been restarted: unix(7)
