@@ -6,7 +6,7 @@
 # named is the daemon's and holds none of it.
 include(CMakePackageConfigHelpers)
 
-set(QUENDA_PARTS quenda_buildinfo quenda_event quenda_log quenda_options quenda_output quenda_text
+set(QUENDA_PARTS quenda_buildinfo quenda_event quenda_log quenda_options quenda_output quenda_signals quenda_text
   quenda_timer quenda_values quenda_json keldra_shell)
 list(TRANSFORM QUENDA_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
 add_library(quenda STATIC ${objects})
