@@ -54,7 +54,8 @@ function(define content name value)
 endfunction()
 
 set(fields "")
-define(fields BUILD_VERSION "${VERSION}")
+# Of four numbers; the last one tells commits apart.
+define(fields BUILD_VERSION "${VERSION}.${build_number}")
 define(fields BUILD_NUMBER "${build_number}")
 define(fields BUILD_USER "${user}")
 define(fields BUILD_HOST "${host}")

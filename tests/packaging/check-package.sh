@@ -7,23 +7,60 @@ expect() {
   seen=$(cat)
   [ "$seen" = "$2" ] || { printf '%s:\n%s\ninstead of\n%s\n' "$1" "$seen" "$2"; exit 1; }
 }
+case $1 in
+  *.deb)
+    unit="
+-rw-r--r-- root/root ./usr/lib/systemd/system/keldra-monitor.service"
+    history="
+-rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.Debian.gz"
+    overrides="
+-rw-r--r-- root/root ./usr/share/lintian/overrides/keldra-monitor"
+    purge="
+./postrm"
+    ;;
+  *) unit='' history='' overrides='' purge='' ;;
+esac
 # What opkg reads: these three, with gzip.
 ar t "$1" | expect archive "debian-binary
 control.tar.gz
 data.tar.gz"
 dpkg-deb -c "$1" | grep -v '^drwxr-xr-x root/root ' | awk '{ print $1, $2, $6 }' |
-  expect files "-rwxr-xr-x root/root ./etc/init.d/keldra-monitor
--rwxr-xr-x root/root ./usr/sbin/keldra_monitor
+  expect files "-rw-r--r-- root/root ./etc/default/keldra_monitor
+-rwxr-xr-x root/root ./etc/init.d/keldra-monitor$unit
+-rwxr-xr-x root/root ./usr/sbin/keldra_monitor$history
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.gz
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright
--rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp
+-rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp$overrides
 -rw-r--r-- root/root ./usr/share/man/man8/keldra_monitor.8.gz"
 # No script runs at an installation, which must neither start nor stop a monitor.
 dpkg-deb --ctrl-tarfile "$1" | tar t | LC_ALL=C sort | expect control "./
 ./conffiles
 ./control
-./md5sums"
-dpkg-deb -I "$1" conffiles | expect conffiles /etc/init.d/keldra-monitor
+./md5sums$purge"
+dpkg-deb -I "$1" conffiles | expect conffiles "/etc/default/keldra_monitor
+/etc/init.d/keldra-monitor"
 dpkg-deb -f "$1" Depends | sed 's/[0-9][0-9.]*)/N)/g' | grep -o 'lib\(c6\|stdc++6\) (>= N)' |
   expect dependencies "libc6 (>= N)
 libstdc++6 (>= N)"
+# The commit that the daemon names is the package's, and the next one's package is newer.
+version=$(dpkg-deb -f "$1" Version)
+commit=${version##*-}
+dpkg-deb --fsys-tarfile "$1" | tar xO ./usr/sbin/keldra_monitor |
+  grep -aoE 'quenda_core-[0-9.]+-[0-9]+' |
+  expect version "quenda_core-${version%-*}.$commit-$commit"
+dpkg --compare-versions "${version%-*}-$((commit + 1))" gt "$version"
+# A purge, which is dpkg's last call once all files have gone, takes the links to them along.
+if [ -n "$purge" ]; then
+  DPKG_ROOT=$(mktemp -d)
+  export DPKG_ROOT
+  trap 'rm -r "$DPKG_ROOT"' EXIT
+  mkdir -p "$DPKG_ROOT/etc/rc5.d" "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants"
+  ln -s ../init.d/keldra-monitor "$DPKG_ROOT/etc/rc5.d/S90keldra-monitor"
+  ln -s ../init.d/other "$DPKG_ROOT/etc/rc5.d/S90other"
+  ln -s "$DPKG_ROOT/absent" \
+    "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants/keldra-monitor.service"
+  dpkg-deb -I "$1" postrm | sh -s remove
+  find "$DPKG_ROOT" -type l | wc -l | expect "links after a removal" 3
+  dpkg-deb -I "$1" postrm | sh -s purge
+  find "$DPKG_ROOT" -type l | expect "links after a purge" "$DPKG_ROOT/etc/rc5.d/S90other"
+fi
