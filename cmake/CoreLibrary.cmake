@@ -6,10 +6,10 @@
 # named is the daemon's and holds none of it.
 include(CMakePackageConfigHelpers)
 
-set(QUENDA_PARTS quenda_buildinfo quenda_event quenda_log quenda_options quenda_output quenda_signals quenda_text
-  quenda_timer quenda_values quenda_json keldra_shell)
-list(TRANSFORM QUENDA_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
-add_library(quenda STATIC ${objects})
+# All libraries that there are by now.
+get_property(parts GLOBAL PROPERTY KELDRA_LIBRARIES)
+list(TRANSFORM parts REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
+add_library(quenda STATIC ${parts} $<TARGET_OBJECTS:quenda_json>)
 add_library(quenda::core ALIAS quenda)
 set_target_properties(quenda PROPERTIES LINKER_LANGUAGE CXX EXPORT_NAME core)
 target_compile_features(quenda INTERFACE cxx_std_17)

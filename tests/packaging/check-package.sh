@@ -30,7 +30,8 @@ dpkg-deb -c "$1" | grep -v '^drwxr-xr-x root/root ' | awk '{ print $1, $2, $6 }'
 -rwxr-xr-x root/root ./usr/sbin/keldra_monitor$history
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.gz
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright
--rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp$overrides
+-rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp
+-rwxr-xr-x root/root ./usr/share/doc/keldra-monitor/examples/keep-reboot-reason.sh$overrides
 -rw-r--r-- root/root ./usr/share/man/man8/keldra_monitor.8.gz"
 # No script runs at an installation, which must neither start nor stop a monitor.
 dpkg-deb --ctrl-tarfile "$1" | tar t | LC_ALL=C sort | expect control "./
