@@ -12,7 +12,6 @@
 #include "core/text/FormatText.h"
 #include "monitor/DebugLog.h"
 #include "monitor/MonitorState.h"
-#include "monitor/Paths.h"
 #include "monitor/ProcessLookup.h"
 #include "shell/ShellRunner.h"
 
@@ -23,19 +22,20 @@ using Quenda::LogMessage;
 
 namespace {
 
+constexpr char kProgramDirectory[] = "/usr/sbin/";
 constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
 
 // The options file of that type, null for an unknown one. The start is counted here, before
 // anything can fail.
 const char* CountStartAndGetOptionsFile(OptionsType type) {
     switch (type) {
-        case OptionsType::kNormal:
+        case OptionsType::Normal_Options:
             ++statistics.start_with_normal_options;
             return kPrimaryOptionsFile;
-        case OptionsType::kBackup:
+        case OptionsType::Backup_Options:
             ++statistics.start_with_backup_options;
             return kBackupOptionsFile;
-        case OptionsType::kFactory:
+        case OptionsType::Factory_Options:
             ++statistics.start_with_factory_options;
             return kFactoryOptionsFile;
     }
@@ -100,7 +100,7 @@ bool StartKeldra(const std::string& processName, OptionsType optionsType) {
 }
 
 bool SignalKeldra(const std::string& processName, int signal) {
-    const int32_t pid = supervision.keldraPid;
+    const int32_t pid = supervision.keldra_pid;
     LogDebug("Sending signal %d to Keldra %d\n", signal, pid);
     const bool signalled = SignalProcessesByName(processName.c_str(), signal);
     if (!signalled) {

@@ -8,6 +8,11 @@
 
 namespace Monitor {
 
+// Keldra's options files, which only Keldra reads.
+constexpr char kPrimaryOptionsFile[] = "/sysopt/config/sat_router/keldra.json";
+constexpr char kBackupOptionsFile[] = "/sysopt/config/sat_router/keldra.json.bak";
+constexpr char kFactoryOptionsFile[] = "/sysopt/factory/keldra_factory.json";
+
 // Starts Keldra, "/usr/sbin/" + name, with the options file of that type, and counts the start.
 // Keldra detaches itself: this waits for the launched process and judges its exit status. One
 // that never detaches keeps the monitor waiting until the watchdog reboots the terminal.

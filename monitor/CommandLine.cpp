@@ -4,10 +4,11 @@
 
 #include <cstdio>
 
+#include "core/buildinfo/BuildInfoRegistry.h"
+#include "core/output/StdioWritable.h"
 #include "core/text/TargetNumbers.h"
 #include "monitor/SignalHandlers.h"
 #include "monitor/StatusQuery.h"
-#include "monitor/Version.h"
 
 namespace Monitor {
 
@@ -26,6 +27,11 @@ void PrintUsage(const MonitorSettings& settings) {
             "          -d start in debugging mode (do not daemonize)\n"
             "          -v show version information and exit\n",
             settings.monitor_process_name.c_str());
+}
+
+void PrintVersion() {
+    Quenda::StdioWritable out(stderr);
+    Quenda::BuildInfoRegistry::Instance().PrintDetails(&out);
 }
 
 // As lax as a scan with "%u" is, on purpose: "0" passes, a minus sign gives a large number, and

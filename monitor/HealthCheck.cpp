@@ -28,36 +28,37 @@ bool RefreshPid(const std::string& name, int32_t& pid) {
     return false;
 }
 
-void ReportState(KeldraState state) {
-    switch (state) {
-        case KeldraState::kUnknown:
-            LogMessage(0, "Keldra's state could not be determined: %d\n", supervision.keldraPid);
+void ReportState() {
+    switch (supervision.keldra_state) {
+        case KeldraState::Keldra_State_Unknown:
+            LogMessage(0, "Keldra's state could not be determined: %d\n", supervision.keldra_pid);
             ++statistics.keldra_state_unknown;
             break;
-        case KeldraState::kNotRunning:
+        case KeldraState::Keldra_Not_Running:
             LogMessage(0, "Keldra is not running!\n");
             ++statistics.keldra_not_running;
             break;
-        case KeldraState::kInErrorState:
+        case KeldraState::Keldra_In_Error_State:
             LogMessage(0, "Keldra is in error state\n");
             ++statistics.keldra_in_error_state;
             break;
-        case KeldraState::kMissedHeartbeat:
+        case KeldraState::Keldra_Missed_Heartbeat:
             LogMessage(0, "Keldra missed a heartbeat (last received: %u)\n",
                        heartbeatReader.GetLastCount());
             ++statistics.keldra_missed_heartbeat;
             break;
-        case KeldraState::kUpAndOkay:
+        case KeldraState::Keldra_Up_And_Okay:
             LogDebug("Keldra is up and okay\n");
             break;
     }
 }
 
-void ReportStrikes(const Judgement& judgement, uint32_t strikesBefore) {
+// `checks`: one more than the strikes before this check.
+void ReportStrikes(const Judgement& judgement, uint32_t checks) {
     // Wraps at 32 bits, as it does on the terminal.
-    const uint32_t seconds = settings.heartbeat_timeout_sec * (strikesBefore + 1);
-    if (judgement.state != KeldraState::kUpAndOkay) {
-        LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", strikesBefore + 1,
+    const uint32_t seconds = settings.heartbeat_timeout_sec * checks;
+    if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
+        LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", checks,
                    size_t{seconds});
     } else if (judgement.recovered) {
         // One period more than the strikes: the one in which Keldra came back counts, too.
@@ -77,48 +78,44 @@ void ReportStrikes(const Judgement& judgement, uint32_t strikesBefore) {
 }
 
 void RestartKeldra() {
-    if (supervision.keldraState != KeldraState::kNotRunning) {
+    if (supervision.keldra_state != KeldraState::Keldra_Not_Running) {
         (void)SignalKeldra(settings.keldra_process_name, SIGQUIT);
     }
     (void)SetLedsToError();
-    (void)StartKeldra(settings.keldra_process_name, supervision.optionsType);
+    (void)StartKeldra(settings.keldra_process_name, supervision.options_type);
 }
 
 bool CheckSshd() {
-    if (RefreshPid(settings.sshd_process_name, supervision.sshdPid)) {
+    if (RefreshPid(settings.sshd_process_name, supervision.sshd_pid)) {
         return true;
     }
-    if (supervision.sshdPid < 0) {
+    if (supervision.sshd_pid < 0) {
         LogMessage(0, "WARNING! The state of the SSH daemon could not be determined: %d\n",
-                   supervision.sshdPid);
+                   supervision.sshd_pid);
         return false;
     }
-    if (supervision.sshdPid == 0) {
+    if (supervision.sshd_pid == 0) {
         LogMessage(0, "Starting the SSH daemon because it was not detected\n");
         return StartSshd(settings.sshd_service_name);
     }
     LogDebug("The SSH daemon is running, but its PID changed to %d since the last check\n",
-             supervision.sshdPid);
+             supervision.sshd_pid);
     return true;
 }
 
 bool Check(bool heartbeatRead) {
-    (void)RefreshPid(settings.keldra_process_name, supervision.keldraPid);
-    const HealthFacts facts = {supervision.keldraPid, heartbeatRead, heartbeatReader.InErrorState(),
-                               heartbeatReader.HeartbeatMissed()};
-    const HealthHistory before = {supervision.optionsType, supervision.strikes};
-    const Judgement judgement = Judge(facts, before, settings.max_strikes);
-
-    supervision.keldraState = judgement.state;
-    supervision.optionsType = judgement.next.optionsType;
-    supervision.strikes = judgement.next.strikes;
-    ReportState(judgement.state);
-    ReportStrikes(judgement, before.strikes);
+    (void)RefreshPid(settings.keldra_process_name, supervision.keldra_pid);
+    const uint32_t checks = supervision.strikes + 1;
+    const Judgement judgement =
+        Judge({heartbeatRead, heartbeatReader.InErrorState(), heartbeatReader.HeartbeatMissed()},
+              settings.max_strikes, supervision);
+    ReportState();
+    ReportStrikes(judgement, checks);
     if (judgement.reboot) {
         Reboot();
     }
     (void)ArmWatchdog(kBiteSeconds);  // logs its own failure; the next check tries again
-    if (judgement.state != KeldraState::kUpAndOkay) {
+    if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
         RestartKeldra();
     }
     return CheckSshd();

@@ -1,69 +1,76 @@
 #include "monitor/Judgement.h"
 
-#include "monitor/EnumText.h"
-
 namespace Monitor {
 
 namespace {
 
+// One row of an enumeration's texts; a row with the value -1 ends the table.
+struct EnumText {
+    int32_t value;
+    const char* text;
+};
+
 constexpr EnumText kStateTexts[] = {
-    {static_cast<int32_t>(KeldraState::kUnknown), "Keldra_State_Unknown"},
-    {static_cast<int32_t>(KeldraState::kNotRunning), "Keldra_Not_Running"},
-    {static_cast<int32_t>(KeldraState::kMissedHeartbeat), "Keldra_Missed_Heartbeat"},
-    {static_cast<int32_t>(KeldraState::kInErrorState), "Keldra_In_Error_State"},
-    {static_cast<int32_t>(KeldraState::kUpAndOkay), "Keldra_Up_And_Okay"},
-    {kEnumTextEnd, nullptr},
+    {0, "Keldra_State_Unknown"},  {1, "Keldra_Not_Running"}, {3, "Keldra_Missed_Heartbeat"},
+    {2, "Keldra_In_Error_State"}, {4, "Keldra_Up_And_Okay"}, {-1, nullptr},
 };
 
 constexpr EnumText kOptionsTexts[] = {
-    {static_cast<int32_t>(OptionsType::kNormal), "Normal_Options"},
-    {static_cast<int32_t>(OptionsType::kBackup), "Backup_Options"},
-    {static_cast<int32_t>(OptionsType::kFactory), "Factory_Options"},
-    {kEnumTextEnd, nullptr},
+    {0, "Normal_Options"},
+    {1, "Backup_Options"},
+    {2, "Factory_Options"},
+    {-1, nullptr},
 };
 
-OptionsType NextOptions(bool healthy, const HealthHistory& before) {
-    if (!healthy && before.optionsType == OptionsType::kNormal && before.strikes > 1) {
-        return OptionsType::kBackup;
+const char* FindText(const EnumText* table, int32_t value) {
+    for (; table->value != -1; ++table) {
+        if (table->value == value) {
+            return table->text;
+        }
     }
-    if (healthy && before.optionsType == OptionsType::kBackup && before.strikes != 0) {
-        return OptionsType::kNormal;
+    return "";
+}
+
+KeldraState Classify(int32_t keldraPid, const HeartbeatFacts& heartbeat) {
+    if (keldraPid < 0) {
+        return KeldraState::Keldra_State_Unknown;
     }
-    return before.optionsType;
+    if (keldraPid == 0) {
+        return KeldraState::Keldra_Not_Running;
+    }
+    if (!heartbeat.read || heartbeat.inErrorState) {
+        return KeldraState::Keldra_In_Error_State;
+    }
+    return heartbeat.missed ? KeldraState::Keldra_Missed_Heartbeat
+                            : KeldraState::Keldra_Up_And_Okay;
 }
 
 }  // namespace
 
 const char* Text(KeldraState state) {
-    return FindEnumText(kStateTexts, static_cast<int32_t>(state));
+    return FindText(kStateTexts, static_cast<int32_t>(state));
 }
 
 const char* Text(OptionsType type) {
-    return FindEnumText(kOptionsTexts, static_cast<int32_t>(type));
+    return FindText(kOptionsTexts, static_cast<int32_t>(type));
 }
 
-KeldraState ClassifyKeldra(const HealthFacts& facts) {
-    if (facts.keldraPid < 0) {
-        return KeldraState::kUnknown;
+Judgement Judge(const HeartbeatFacts& heartbeat, uint32_t maxStrikes,
+                SupervisionState& supervision) {
+    supervision.keldra_state = Classify(supervision.keldra_pid, heartbeat);
+    if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
+        if (supervision.options_type == OptionsType::Normal_Options && supervision.strikes > 1) {
+            supervision.options_type = OptionsType::Backup_Options;
+        }
+        ++supervision.strikes;
+        return {false, supervision.strikes > maxStrikes};
     }
-    if (facts.keldraPid == 0) {
-        return KeldraState::kNotRunning;
+    const bool recovered = supervision.strikes != 0;
+    if (recovered && supervision.options_type == OptionsType::Backup_Options) {
+        supervision.options_type = OptionsType::Normal_Options;
     }
-    if (!facts.heartbeatRead || facts.inErrorState) {
-        return KeldraState::kInErrorState;
-    }
-    return facts.heartbeatMissed ? KeldraState::kMissedHeartbeat : KeldraState::kUpAndOkay;
-}
-
-Judgement Judge(const HealthFacts& facts, const HealthHistory& before, uint32_t maxStrikes) {
-    Judgement judgement{};
-    judgement.state = ClassifyKeldra(facts);
-    const bool healthy = judgement.state == KeldraState::kUpAndOkay;
-    judgement.next.optionsType = NextOptions(healthy, before);
-    judgement.next.strikes = healthy ? 0 : before.strikes + 1;
-    judgement.recovered = healthy && before.strikes != 0;
-    judgement.reboot = judgement.next.strikes > maxStrikes;
-    return judgement;
+    supervision.strikes = 0;
+    return {recovered, false};
 }
 
 }  // namespace Monitor

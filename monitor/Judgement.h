@@ -6,51 +6,53 @@
 
 namespace Monitor {
 
+// The names are the texts that operators see.
 enum class KeldraState : int32_t {
-    kUnknown = 0,  // the process table could not be read
-    kNotRunning = 1,
-    kInErrorState = 2,
-    kMissedHeartbeat = 3,
-    kUpAndOkay = 4,
+    Keldra_State_Unknown = 0,  // the process table could not be read
+    Keldra_Not_Running = 1,
+    Keldra_In_Error_State = 2,
+    Keldra_Missed_Heartbeat = 3,
+    Keldra_Up_And_Okay = 4,
 };
 
 // Which options file Keldra is started with.
 enum class OptionsType : int32_t {
-    kNormal = 0,
-    kBackup = 1,
-    kFactory = 2,
+    Normal_Options = 0,
+    Backup_Options = 1,
+    Factory_Options = 2,
 };
 
-// As operators see them; "" for any other value.
+// "" for any other value.
 const char* Text(KeldraState state);
 const char* Text(OptionsType type);
 
-// What one check found out.
-struct HealthFacts {
-    int32_t keldraPid;     // 0: not running, negative: unknown
-    bool heartbeatRead;    // the heartbeat file could be read
-    bool inErrorState;     // its count is 0
-    bool heartbeatMissed;  // its count is the one of the check before
+// What the heartbeat reader found in one check.
+struct HeartbeatFacts {
+    bool read;          // the heartbeat file could be read
+    bool inErrorState;  // its count is 0
+    bool missed;        // its count is the one of the check before
 };
 
-// What carries over from check to check.
-struct HealthHistory {
-    OptionsType optionsType;
-    uint32_t strikes;  // consecutive unhealthy checks
+// What the monitor knows of the processes that it watches; zero at the start.
+struct SupervisionState {
+    OptionsType options_type;
+    KeldraState keldra_state;  // of the last check
+    uint32_t strikes;          // consecutive unhealthy checks
+    int32_t sshd_pid;          // the last one found; 0: none, negative: unknown
+    int32_t keldra_pid;        // the same
 };
 
 struct Judgement {
-    KeldraState state;
-    HealthHistory next;
     bool recovered;  // healthy again after at least one strike
     bool reboot;     // the strikes passed the maximum
 };
 
-KeldraState ClassifyKeldra(const HealthFacts& facts);
-
+// Judges Keldra, whose PID has been looked up, and keeps the result in `supervision`.
+//
 // From the third strike on, Keldra gets the backup options file; the first recovery returns it to
 // the primary one. That holds too where the primary file was missing at start-up, and the
 // factory file is never left: both are meant so.
-Judgement Judge(const HealthFacts& facts, const HealthHistory& before, uint32_t maxStrikes);
+Judgement Judge(const HeartbeatFacts& heartbeat, uint32_t maxStrikes,
+                SupervisionState& supervision);
 
 }  // namespace Monitor

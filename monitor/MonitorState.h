@@ -22,17 +22,9 @@ struct MonitorStatistics {
     uint32_t start_sshd;
 };
 
-struct SupervisionState {
-    OptionsType optionsType;
-    KeldraState keldraState;  // of the last check
-    uint32_t strikes;         // consecutive unhealthy checks
-    int32_t sshdPid;          // the last one found; 0: none, negative: unknown
-    int32_t keldraPid;
-};
-
-extern MonitorSettings settings;
-extern MonitorStatistics statistics;
-extern SupervisionState supervision;
-extern Quenda::HeartbeatReadTimer heartbeatReader;
+inline MonitorSettings settings;
+inline MonitorStatistics statistics = {};
+inline SupervisionState supervision = {};
+inline Quenda::HeartbeatReadTimer heartbeatReader;
 
 }  // namespace Monitor

@@ -8,10 +8,9 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <charconv>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <iterator>
 #include <memory>
 
 #include "core/signals/SignalWindow.h"
@@ -27,21 +26,6 @@ constexpr size_t kLineSize = 128;  // the fields needed come first in the line
 bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
 }
-
-// "/proc/PID/stat", put together without printf: a check does this most of all.
-class StatPath {
-public:
-    explicit StatPath(int32_t pid) {
-        const auto number = std::to_chars(text_ + kStart, std::end(text_) - sizeof(kFile), pid);
-        memcpy(number.ptr, kFile, sizeof(kFile));
-    }
-    const char* Get() const { return text_; }
-
-private:
-    static constexpr char kFile[] = "/stat";
-    static constexpr size_t kStart = sizeof("/proc/") - 1;
-    char text_[32] = "/proc/";  // room for any PID
-};
 
 // Gives the signalled processes their second, whatever signals come meanwhile: they are let in,
 // and the pause goes on to its end.
@@ -61,8 +45,9 @@ bool SignalOne(int32_t pid, int signal) {
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
-    const StatPath path(pid);
-    const int fd = open(path.Get(), O_RDONLY | O_CLOEXEC);
+    char path[32];  // room for any PID
+    (void)snprintf(path, sizeof(path), "/proc/%d/stat", pid);
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
     if (fd == -1) {
         return false;
     }

@@ -17,15 +17,16 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StdioWritable.h"
 #include "core/output/SysloggerWritable.h"
+#include "monitor/ChildControl.h"
 #include "monitor/CommandLine.h"
 #include "monitor/DebugLog.h"
 #include "monitor/HealthCheck.h"
 #include "monitor/MonitorState.h"
 #include "monitor/MonitorWatchdog.h"
-#include "monitor/Paths.h"
 #include "monitor/ProcessLookup.h"
 #include "monitor/SignalHandlers.h"
-#include "monitor/Version.h"
+#include "shell/ShellBuildRecord.h"
+#include "watchdog/WatchdogBuildRecord.h"
 
 namespace Monitor {
 
@@ -33,6 +34,7 @@ using Quenda::LogMessage;
 
 namespace {
 
+constexpr char kWorkingDirectory[] = "/var/run/quenda";
 constexpr int kDebugTraceLevel = 9;
 constexpr int kSyslogTraceLevel = 2;
 
@@ -46,6 +48,14 @@ void OpenStandardStreams() {
     if (fd != -1) {
         (void)close(fd);  // all three are open
     }
+}
+
+void RegisterVersion() {
+    Quenda::BuildInfoRegistry& registry = Quenda::BuildInfoRegistry::Instance();
+    registry.SetApplicationName(settings.monitor_process_name.c_str());
+    registry.AddRuntimeRecord(Quenda::WatchdogBuildRecord());
+    registry.AddRuntimeRecord(Quenda::ShellBuildRecord());
+    registry.AddRuntimeRecord(Quenda::CoreBuildRecord());
 }
 
 void OpenLogs() {
@@ -119,17 +129,17 @@ bool Exists(const char* path) {
 bool ChooseOptionsFile() {
     if (Exists(kPrimaryOptionsFile)) {
         LogDebug("Defaulting to Keldra's primary options file\n");
-        supervision.optionsType = OptionsType::kNormal;
+        supervision.options_type = OptionsType::Normal_Options;
     } else if (Exists(kBackupOptionsFile)) {
         LogMessage(0,
                    "Falling back to Keldra's backup options file because the primary options file "
                    "is missing\n");
-        supervision.optionsType = OptionsType::kBackup;
+        supervision.options_type = OptionsType::Backup_Options;
     } else if (Exists(kFactoryOptionsFile)) {
         LogMessage(0,
                    "Falling back to Keldra's factory options file because both the primary and "
                    "backup options files are missing\n");
-        supervision.optionsType = OptionsType::kFactory;
+        supervision.options_type = OptionsType::Factory_Options;
     } else {
         LogMessage(
             0,

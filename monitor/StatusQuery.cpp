@@ -11,8 +11,8 @@
 #include <cstring>
 
 #include "monitor/MonitorState.h"
-#include "monitor/Paths.h"
 #include "monitor/ProcessLookup.h"
+#include "monitor/StatusReport.h"
 
 namespace Monitor {
 

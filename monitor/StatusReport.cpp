@@ -12,7 +12,6 @@
 #include "core/log/Log.h"
 #include "core/output/StdioWritable.h"
 #include "monitor/MonitorState.h"
-#include "monitor/Paths.h"
 
 namespace Monitor {
 
@@ -52,11 +51,11 @@ void WriteStatistics(FILE* out) {
 
 void WriteState(FILE* out) {
     fprintf(out, "State\n=====\n");
-    fprintf(out, "Keldra State:   %s\n", Text(supervision.keldraState));
-    fprintf(out, "Options Type:   %s\n", Text(supervision.optionsType));
+    fprintf(out, "Keldra State:   %s\n", Text(supervision.keldra_state));
+    fprintf(out, "Options Type:   %s\n", Text(supervision.options_type));
     fprintf(out, "Strikes:        %u\n", supervision.strikes);
-    fprintf(out, "Keldra PID:     %d\n", supervision.keldraPid);
-    fprintf(out, "SSH Daemon PID: %d\n", supervision.sshdPid);
+    fprintf(out, "Keldra PID:     %d\n", supervision.keldra_pid);
+    fprintf(out, "SSH Daemon PID: %d\n", supervision.sshd_pid);
     fprintf(out, "\n");
 }
 

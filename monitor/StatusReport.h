@@ -6,6 +6,9 @@
 
 namespace Monitor {
 
+// The file of the report that was asked for last.
+constexpr char kStatusFile[] = "/var/run/quenda/keldra_monitor_status.log";
+
 void WriteStatusReport(FILE* stream);
 
 // Writes the report to the status file, anew. A failure to open the file is logged.

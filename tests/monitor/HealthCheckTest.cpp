@@ -86,8 +86,8 @@ TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsSeenToEachTime)
     const NamedProcess keldra(keldraName_);
     EXPECT_TRUE(Check(4));
     EXPECT_EQ(log_, "Keldra started responding again after 28 seconds\n" + kNoWatchdog);
-    EXPECT_EQ(supervision.optionsType, OptionsType::kNormal);
-    EXPECT_EQ(supervision.keldraPid, keldra.Pid());
+    EXPECT_EQ(supervision.options_type, OptionsType::Normal_Options);
+    EXPECT_EQ(supervision.keldra_pid, keldra.Pid());
     EXPECT_EQ(statistics.keldra_recovered, 1U);
     sshd_.reset();
     settings.service_script = "echo no; false; exit 2; #";
@@ -156,7 +156,7 @@ TEST_F(HealthCheckTest, MemoryThatCannotBeHadCostsOneCheckAndLeavesNothingBehind
     do {
         ++failing;
         allocations = 0;
-        supervision.keldraPid = 0;
+        supervision.keldra_pid = 0;
         (void)Check(static_cast<uint32_t>(failing));
         givenUp += log_.find("Out of memory") != std::string::npos;
     } while (allocations >= failing);

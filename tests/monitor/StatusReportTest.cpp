@@ -15,7 +15,7 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     settings.max_strikes = 4294967295U;
     statistics = {1, 2, 3, 4, 5, 6, 7, 8, 4294967295U};
     static_assert(sizeof(statistics) == 9 * 4);  // each wraps at 32 bits
-    supervision = {OptionsType::kBackup, KeldraState::kMissedHeartbeat, 2, -1, 4711};
+    supervision = {OptionsType::Backup_Options, KeldraState::Keldra_Missed_Heartbeat, 2, -1, 4711};
     Quenda::OptionsNodeEdit options;
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
     ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
