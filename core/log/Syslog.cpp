@@ -32,7 +32,7 @@ void OpenSyslog(const char* ident) {
     static const bool closedAtExit = atexit(CloseSyslog) == 0;
     (void)closedAtExit;  // without it, the kernel closes the socket
     CloseSyslog();
-    openlog(ident, 0, LOG_DAEMON);
+    OpenSystemLogger(ident);
     savedHooks = CurrentLogHooks();
     CurrentLogHooks() = {PlainHook, LevelledHook};
     isOpen = true;
@@ -43,7 +43,7 @@ void CloseSyslog() {
         return;
     }
     isOpen = false;
-    closelog();
+    CloseSystemLogger();
     CurrentLogHooks() = savedHooks;
     savedHooks = {nullptr, nullptr};
 }

@@ -6,7 +6,9 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 
 namespace Quenda {
 
@@ -18,7 +20,31 @@ enum class Logger { kReads, kIsFull, kIsAbsent };
 // that follow do not wait at all until the logger reads again.
 constexpr int kPatienceMs = 1000;
 
+// What a hung logger has not read counts against the socket that it came from, too, of which the
+// kernel takes some 200 KB (net.core.wmem_default). A new socket starts from nothing.
+constexpr int kBytesPerSocket = 64 * 1024;
+constexpr int kBytesAroundLine = 1024;  // the kernel's own
+
+const char* ident = nullptr;
 unsigned int lostLines = 0;
+int sentBytes = 0;  // since the last connection was made
+
+void Reconnect() {
+    closelog();
+    openlog(ident, 0, LOG_DAEMON);
+    sentBytes = 0;
+}
+
+void MakeRoom(const char* format, va_list arguments) {
+    va_list copy;
+    va_copy(copy, arguments);
+    const int bytes = std::clamp(vsnprintf(nullptr, 0, format, copy), 0, kBytesPerSocket);
+    va_end(copy);
+    if (sentBytes + bytes + kBytesAroundLine > kBytesPerSocket) {
+        Reconnect();
+    }
+    sentBytes += bytes + kBytesAroundLine;
+}
 
 Logger Ask(int fd) {
     const sockaddr_un address = {AF_UNIX, _PATH_LOG};
@@ -46,9 +72,21 @@ Logger AskLogger() {
 
 }  // namespace
 
+void OpenSystemLogger(const char* newIdent) {
+    ident = newIdent;
+    sentBytes = 0;
+    openlog(ident, 0, LOG_DAEMON);
+}
+
+void CloseSystemLogger() {
+    ident = nullptr;
+    closelog();
+}
+
 void SendToSyslog(int priority, const char* format, va_list arguments) {
     Logger logger = AskLogger();
     if (logger == Logger::kReads && lostLines != 0) {
+        Reconnect();  // it may be another one than before
         syslog(LOG_DAEMON | LOG_NOTICE, "%u lines were lost: the system logger did not take them\n",
                lostLines);
         lostLines = 0;
@@ -58,6 +96,7 @@ void SendToSyslog(int priority, const char* format, va_list arguments) {
         ++lostLines;
     }
     if (logger != Logger::kIsFull) {  // an absent one keeps nobody waiting
+        MakeRoom(format, arguments);
         va_list copy;
         va_copy(copy, arguments);
         vsyslog(priority, format, copy);
