@@ -27,9 +27,7 @@ HeartbeatTimerBase::HeartbeatTimerBase(const char* name)
           ValueDefinition::Text("heartbeat_filename", "/var/run/quenda/keldra.heartbeat"),
           ValueDefinition::Int("heartbeat_timeout_sec", kDefaultTimeoutSeconds),
       }),
-      timer_("heartbeat",
-             TimerBase::Callback(new MemberCallback2<HeartbeatTimerBase, unsigned int, void*>(
-                 this, &HeartbeatTimerBase::OnTimeout))) {
+      timer_("heartbeat", MakeCallback(this, &HeartbeatTimerBase::OnTimeout)) {
     options_.EnableHistory(true);
 }
 

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
+#include <cstdio>
 #include <iterator>
 
 #include "core/log/TraceList.h"
@@ -15,40 +15,47 @@ namespace {
 
 constexpr int kTraceLevel = 9;
 
-// The numbers stand as the text that the driver takes: nothing is left to format at each check.
 struct BiteTime {
     uint32_t seconds;
-    const char* counter[4];  // seconds * 3125000, least significant byte first
+    unsigned int counter[4];  // seconds * 3125000, least significant byte first
 };
 constexpr BiteTime kBiteTimes[] = {
-    {30, {"0xf0", "0x82", "0x96", "0x5"}},
-    {60, {"0xe0", "0x5", "0x2d", "0xb"}},
-    {300, {"0x60", "0x1d", "0xe1", "0x37"}},
+    {30, {0xf0, 0x82, 0x96, 0x05}},
+    {60, {0xe0, 0x05, 0x2d, 0x0b}},
+    {300, {0x60, 0x1d, 0xe1, 0x37}},
 };
+
+constexpr WatchdogControl::Slot kFiles[] = {
+    WatchdogControl::kCounter0,  WatchdogControl::kCounter1,  WatchdogControl::kCounter2,
+    WatchdogControl::kCounter3,  WatchdogControl::kControlEn, WatchdogControl::kControlReset,
+    WatchdogControl::kControlAll};
 
 uint32_t Store(uint32_t* error, uint32_t code) {
     *error = code;
     return code;
 }
 
+// Only the first counter file receives its whole value; every write after it transfers just the "0"
+// in front. The driver is used to exactly these bytes, so they stay.
 uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t* error) {
-    // Only the first counter file receives its whole value; every write after it transfers just
-    // the "0" in front. The driver is used to exactly these bytes, so they stay.
     const struct {
-        int descriptor;
-        const char* text;
-        size_t length;
+        WatchdogControl::Slot file;
+        unsigned int value;
     } writes[] = {
-        {fds.counter[0], time.counter[0], strlen(time.counter[0])},
-        {fds.counter[1], time.counter[1], 1},
-        {fds.counter[2], time.counter[2], 1},
-        {fds.counter[3], time.counter[3], 1},
-        {fds.controlReset, "0x1", 1},
-        {fds.controlAll, "0x2", 1},
-        {fds.controlAll, "0x1", 1},
+        {WatchdogControl::kCounter0, time.counter[0]},
+        {WatchdogControl::kCounter1, time.counter[1]},
+        {WatchdogControl::kCounter2, time.counter[2]},
+        {WatchdogControl::kCounter3, time.counter[3]},
+        {WatchdogControl::kControlReset, 1},
+        {WatchdogControl::kControlAll, 2},
+        {WatchdogControl::kControlAll, 1},
     };
     for (const auto& w : writes) {
-        const uint32_t code = wdWriteDevice(w.descriptor, w.text, w.length, error);
+        char text[10];
+        const int length = snprintf(text, sizeof(text), "0x%x", w.value);
+        const bool isFirst = w.file == WatchdogControl::kCounter0;
+        const size_t written = isFirst ? static_cast<size_t>(length) : 1;
+        const uint32_t code = wdWriteDevice(fds[w.file], text, written, error);
         if (code != WD_DB_OK) {
             return code;
         }
@@ -77,20 +84,8 @@ uint32_t wdOpenAll(const WatchdogControl& control, WatchdogDescriptors* descript
     if (descriptors == nullptr) {
         return Store(error, WD_NULL_POINTER);
     }
-    const struct {
-        WatchdogControl::Slot slot;
-        int* descriptor;
-    } files[] = {
-        {WatchdogControl::kCounter0, &descriptors->counter[0]},
-        {WatchdogControl::kCounter1, &descriptors->counter[1]},
-        {WatchdogControl::kCounter2, &descriptors->counter[2]},
-        {WatchdogControl::kCounter3, &descriptors->counter[3]},
-        {WatchdogControl::kControlEn, &descriptors->controlEn},
-        {WatchdogControl::kControlReset, &descriptors->controlReset},
-        {WatchdogControl::kControlAll, &descriptors->controlAll},
-    };
-    for (const auto& file : files) {
-        if (wdOpenDevice(control.Get(file.slot), O_RDWR | O_SYNC, file.descriptor, error) !=
+    for (const WatchdogControl::Slot file : kFiles) {
+        if (wdOpenDevice(control.Get(file), O_RDWR | O_SYNC, &(*descriptors)[file], error) !=
             WD_DB_OK) {
             wdCloseAll(*descriptors);
             return *error;
@@ -100,10 +95,7 @@ uint32_t wdOpenAll(const WatchdogControl& control, WatchdogDescriptors* descript
 }
 
 void wdCloseAll(const WatchdogDescriptors& descriptors) {
-    const int all[] = {descriptors.counter[0], descriptors.counter[1], descriptors.counter[2],
-                       descriptors.counter[3], descriptors.controlEn,  descriptors.controlReset,
-                       descriptors.controlAll};
-    for (const int descriptor : all) {
+    for (const int descriptor : descriptors) {
         if (descriptor > 0) {
             (void)close(descriptor);  // the values were taken at the write
         }
@@ -150,15 +142,17 @@ uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& fds, uin
         kTraceLevel,
         "%s - time: %d  fdtimer0: %d  fdtimer1: %d  fdtimer2: %d  fdtimer3: %d  fden: %d  "
         "fdreset: %d  fdall: %d  err: %d\n",
-        "wdSetWatchdogTime", static_cast<int>(seconds), fds.counter[0], fds.counter[1],
-        fds.counter[2], fds.counter[3], fds.controlEn, fds.controlReset, fds.controlAll,
+        "wdSetWatchdogTime", static_cast<int>(seconds), fds[WatchdogControl::kCounter0],
+        fds[WatchdogControl::kCounter1], fds[WatchdogControl::kCounter2],
+        fds[WatchdogControl::kCounter3], fds[WatchdogControl::kControlEn],
+        fds[WatchdogControl::kControlReset], fds[WatchdogControl::kControlAll],
         error == nullptr ? 0 : static_cast<int>(*error));
     if (error == nullptr) {
         return WD_NULL_POINTER;
     }
-    const int checked[] = {fds.counter[0], fds.counter[1], fds.counter[2], fds.counter[3],
-                           fds.controlEn};
-    if (std::find(std::begin(checked), std::end(checked), 0) != std::end(checked)) {
+    // The counters and the enable state; the other two are not checked.
+    const auto* const unchecked = fds.begin() + WatchdogControl::kControlReset;
+    if (std::find(fds.begin(), unchecked, 0) != unchecked) {
         return Store(error, WD_INV_FD_DESC);
     }
     const auto* const time =

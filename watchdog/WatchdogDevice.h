@@ -7,6 +7,7 @@
 // level 9.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -15,14 +16,9 @@
 
 namespace Quenda {
 
-// One descriptor for each control file; 0 means that the file is not open, so a file that the
-// kernel opens as descriptor 0 is never closed.
-struct WatchdogDescriptors {
-    int counter[4] = {0, 0, 0, 0};
-    int controlEn = 0;
-    int controlReset = 0;
-    int controlAll = 0;
-};
+// The descriptors of the control files, by their slots; 0 means that the file is not open, so a
+// file that the kernel opens as descriptor 0 is never closed.
+using WatchdogDescriptors = std::array<int, WatchdogControl::kSlotCount>;
 
 // The steps. Each stores its code in `error`, too, when it fails; a null `error` is itself
 // WD_NULL_POINTER.

@@ -35,40 +35,33 @@ char BuildInfoRegistry::Mark(const BuildRecord& record) const {
 }
 
 void BuildInfoRegistry::PrintSummary(Writable* out) const {
-    PrintAll(out, &BuildInfoRegistry::PrintVersion);
+    Print(out, nullptr, &BuildInfoRegistry::PrintVersion);
 }
 
 void BuildInfoRegistry::PrintSummary(Writable* out, const char* name) const {
-    PrintNamed(out, name, &BuildInfoRegistry::PrintVersion);
+    Print(out, name, &BuildInfoRegistry::PrintVersion);
 }
 
 void BuildInfoRegistry::PrintDetails(Writable* out) const {
-    PrintAll(out, &BuildInfoRegistry::PrintFields);
+    Print(out, nullptr, &BuildInfoRegistry::PrintFields);
 }
 
 void BuildInfoRegistry::PrintDetails(Writable* out, const char* name) const {
-    PrintNamed(out, name, &BuildInfoRegistry::PrintFields);
+    Print(out, name, &BuildInfoRegistry::PrintFields);
 }
 
-void BuildInfoRegistry::PrintAll(Writable* out, PrintOne print) const {
+void BuildInfoRegistry::Print(Writable* out, const char* name, PrintOne print) const {
     if (out == nullptr) {
         return;
     }
     out->Printf("Application: %s\n", applicationName_);
-    for (const BuildRecord& record : runtimeRecords_) {
-        (this->*print)(out, record);
-    }
-}
-
-void BuildInfoRegistry::PrintNamed(Writable* out, const char* name, PrintOne print) const {
-    if (out == nullptr) {
-        return;
-    }
-    out->Printf("Application: %s\n", applicationName_);
-    if (const BuildRecord* const record = FindRuntime(name)) {
-        (this->*print)(out, *record);
-    } else {
+    if (name != nullptr && FindRuntime(name) == nullptr) {
         out->Printf("Unable to find \"%s\"\n", name);
+    }
+    for (const BuildRecord& record : runtimeRecords_) {
+        if (name == nullptr || strcmp(record.name, name) == 0) {
+            (this->*print)(out, record);
+        }
     }
 }
 

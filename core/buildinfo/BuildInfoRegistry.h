@@ -52,8 +52,8 @@ private:
     static void Add(Records& records, const BuildRecord& record);
     static const BuildRecord* Find(const Records& records, const char* name);
     char Mark(const BuildRecord& record) const;
-    void PrintAll(Writable* out, PrintOne print) const;
-    void PrintNamed(Writable* out, const char* name, PrintOne print) const;
+    // The record of that name, or all for null.
+    void Print(Writable* out, const char* name, PrintOne print) const;
     void PrintVersion(Writable* out, const BuildRecord& record) const;
     void PrintFields(Writable* out, const BuildRecord& record) const;
 

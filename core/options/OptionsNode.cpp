@@ -21,11 +21,8 @@ OptionsNode::OptionsNode(const Json::Value& value, OptionsContext context) : con
     Hold(value);
 }
 
-OptionsNode::OptionsNode(const OptionsNode& other)
-    : value_(other.value_), context_(other.context_), error_(other.error_) {
-    if (other.ViewsOwnValue()) {
-        Hold(other.own_);
-    }
+OptionsNode::OptionsNode(const OptionsNode& other) {
+    *this = other;
 }
 
 // What this node holds itself stays unless it is replaced: the other node may view a part of it.

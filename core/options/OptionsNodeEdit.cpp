@@ -23,20 +23,15 @@ OptionsNodeEdit::OptionsNodeEdit()
 OptionsNodeEdit::OptionsNodeEdit(Json::Value* value, bool* modified, OptionsContext context)
     : OptionsNode(value, context), editValue_(value), modified_(modified) {}
 
-OptionsNodeEdit::OptionsNodeEdit(const OptionsNodeEdit& other)
-    : OptionsNode(other), editValue_(other.editValue_), modified_(other.modified_) {
-    if (other.editValue_ != nullptr && ViewsOwnValue()) {
-        editValue_ = OwnValue();
-    }
+OptionsNodeEdit::OptionsNodeEdit(const OptionsNodeEdit& other) : OptionsNodeEdit() {
+    *this = other;
 }
 
 OptionsNodeEdit& OptionsNodeEdit::operator=(const OptionsNodeEdit& other) {
-    if (this != &other) {
-        OptionsNode::operator=(other);
-        const bool editsOwn = other.editValue_ != nullptr && ViewsOwnValue();
-        editValue_ = editsOwn ? OwnValue() : other.editValue_;
-        modified_ = other.modified_;
-    }
+    OptionsNode::operator=(other);
+    const bool editsOwn = other.editValue_ != nullptr && ViewsOwnValue();
+    editValue_ = editsOwn ? OwnValue() : other.editValue_;
+    modified_ = other.modified_;
     return *this;
 }
 

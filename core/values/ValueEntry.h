@@ -3,27 +3,33 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "core/output/Writable.h"
 
 namespace Quenda {
 
-// The numbers are those of the kinds' alternatives in the variants below.
 enum class ValueKind { kInt = 0, kDouble = 1, kText = 2, kUInt = 3 };
 
 // What a value is before anything is loaded into it. Neither the name, which is not null, nor a
 // default text, which may be null, is owned.
 struct ValueDefinition {
-    using Default = std::variant<int32_t, double, const char*, uint32_t>;
-
-    static ValueDefinition Int(const char* name, int32_t value) { return {name, value}; }
-    static ValueDefinition Double(const char* name, double value) { return {name, value}; }
-    static ValueDefinition Text(const char* name, const char* value) { return {name, value}; }
-    static ValueDefinition UInt(const char* name, uint32_t value) { return {name, value}; }
+    static ValueDefinition Int(const char* name, int32_t value) {
+        return {name, ValueKind::kInt, static_cast<double>(value), nullptr};
+    }
+    static ValueDefinition Double(const char* name, double value) {
+        return {name, ValueKind::kDouble, value, nullptr};
+    }
+    static ValueDefinition Text(const char* name, const char* value) {
+        return {name, ValueKind::kText, 0.0, value};
+    }
+    static ValueDefinition UInt(const char* name, uint32_t value) {
+        return {name, ValueKind::kUInt, static_cast<double>(value), nullptr};
+    }
 
     const char* name;
-    Default defaultValue;
+    ValueKind kind;
+    double defaultNumber;
+    const char* defaultText;
 };
 
 // One named value of a fixed kind, with its default. Starts with the default.
@@ -32,7 +38,7 @@ public:
     explicit ValueEntry(const ValueDefinition& definition);
 
     const char* Name() const { return definition_.name; }
-    ValueKind Kind() const { return static_cast<ValueKind>(definition_.defaultValue.index()); }
+    ValueKind Kind() const { return definition_.kind; }
 
     // Rejects nothing: a number that cannot be parsed is 0, one out of range the nearest limit.
     // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text.
@@ -55,10 +61,12 @@ public:
     void PrintValue(Writable* out) const;
 
 private:
-    using Value = std::variant<int32_t, double, std::optional<std::string>, uint32_t>;
+    void SetText(const char* text);
+    std::string ValueText() const;
 
     ValueDefinition definition_;
-    Value value_;
+    double number_ = 0.0;  // holds every whole number of 32 bits exactly
+    std::optional<std::string> text_;
 };
 
 }  // namespace Quenda

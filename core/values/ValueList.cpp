@@ -49,25 +49,19 @@ void ValueList::EnableHistory(bool enable) {
 }
 
 void ValueList::Command(Writable* out, int argc, const char* const* argv) {
-    if (argc == 0) {
-        Show(out);
-        return;
-    }
     const std::string command = argc > 0 ? argv[0] : "";
-    if (command == "show" && argc == 1) {
+    const auto is = [&](const char* word, int words) { return command == word && argc == words; };
+    if (argc == 0 || is("show", 1)) {
         Show(out);
-    } else if (command == "show" && argc == 2) {
-        ShowOne(out, argv[1]);
-    } else if (command == "reset" && argc == 1) {
+    } else if (is("reset", 1)) {
         Reset();
-    } else if (command == "reset" && argc == 2) {
-        ResetOne(out, argv[1]);
-    } else if (command == "set" && argc == 3) {
-        Set(out, argv[1], argv[2]);
+    } else if (is("show", 2) || is("reset", 2) || is("set", 3)) {
+        CommandOne(out, command, argv[1], argv[argc - 1]);
     } else if (command == "history" && historyEnabled_) {
         RunHistory(out, argc - 1, argv + 1);
     } else {
-        PrintUsage(out);
+        out->Puts("Usage: show [key] | reset [key] | set {key} {value}");
+        out->Puts(historyEnabled_ ? " | history\n" : "\n");
     }
 }
 
@@ -80,23 +74,16 @@ void ValueList::Show(Writable* out) const {
     }
 }
 
-void ValueList::ShowOne(Writable* out, const char* name) {
-    const ValueEntry* entry = FindOrComplain(out, name);
-    if (entry != nullptr) {
+void ValueList::CommandOne(Writable* out, const std::string& command, const char* name,
+                           const char* text) {
+    ValueEntry* entry = Find(name);
+    if (entry == nullptr) {
+        out->Printf("Cannot find value \"%s\"\n", name);
+    } else if (command == "show") {
         entry->Print(out);
-    }
-}
-
-void ValueList::ResetOne(Writable* out, const char* name) {
-    ValueEntry* entry = FindOrComplain(out, name);
-    if (entry != nullptr) {
+    } else if (command == "reset") {
         entry->ResetToDefault();
-    }
-}
-
-void ValueList::Set(Writable* out, const char* name, const char* text) {
-    ValueEntry* entry = FindOrComplain(out, name);
-    if (entry != nullptr) {
+    } else {
         entry->SetFromText(text);
     }
 }
@@ -107,19 +94,6 @@ void ValueList::RunHistory(Writable* out, int argc, const char* const* argv) {
         out->Puts("Created value history logger.\n");
     }
     history_->Command(out, argc, argv);
-}
-
-void ValueList::PrintUsage(Writable* out) const {
-    out->Puts("Usage: show [key] | reset [key] | set {key} {value}");
-    out->Puts(historyEnabled_ ? " | history\n" : "\n");
-}
-
-ValueEntry* ValueList::FindOrComplain(Writable* out, const char* name) {
-    ValueEntry* entry = Find(name);
-    if (entry == nullptr) {
-        out->Printf("Cannot find value \"%s\"\n", name);
-    }
-    return entry;
 }
 
 }  // namespace Quenda

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "core/options/OptionsNode.h"
@@ -59,13 +60,9 @@ public:
 
 private:
     void Show(Writable* out) const;
-    void ShowOne(Writable* out, const char* name);
-    void ResetOne(Writable* out, const char* name);
-    void Set(Writable* out, const char* name, const char* text);
+    // "show", "reset" or "set" for one entry; only the last takes the text.
+    void CommandOne(Writable* out, const std::string& command, const char* name, const char* text);
     void RunHistory(Writable* out, int argc, const char* const* argv);
-    void PrintUsage(Writable* out) const;
-    // Says so when there is no such entry.
-    ValueEntry* FindOrComplain(Writable* out, const char* name);
 
     std::vector<ValueEntry> values_;
     bool historyEnabled_ = false;

@@ -77,12 +77,12 @@ TEST_F(WatchdogTest, StartWritesTheFirstCounterWholeAndAZeroEachForTheRest) {
 }
 
 TEST_F(WatchdogTest, WritesStopAtTheFirstThatFails) {
-    WatchdogDescriptors fds;
+    WatchdogDescriptors fds{};
     uint32_t error = 77;
     ASSERT_EQ(wdOpenAll(control_, &fds, &error), WD_DB_OK);
-    EXPECT_EQ(fcntl(fds.controlAll, F_GETFL) & (O_ACCMODE | O_SYNC), O_RDWR | O_SYNC);
+    EXPECT_EQ(fcntl(fds[Slot::kControlAll], F_GETFL) & (O_ACCMODE | O_SYNC), O_RDWR | O_SYNC);
     WatchdogDescriptors broken = fds;
-    broken.controlReset = -1;
+    broken[Slot::kControlReset] = -1;
     EXPECT_EQ(wdSetWatchdogTime(300, broken, &error), WD_INV_FD_DESC);
     EXPECT_EQ(Written(), "0x60|0|0|0||||");
     wdCloseAll(fds);
@@ -96,7 +96,7 @@ TEST_F(WatchdogTest, MissingFileFailsBeforeAnythingIsWritten) {
         SetUp();
         unlink(control_.Get(slot));
         uint32_t state = 5;
-        WatchdogDescriptors fds;
+        WatchdogDescriptors fds{};
         EXPECT_EQ(wdOpenAll(control_, &fds, &state), WD_FILE_NOT_FOUND);
         EXPECT_EQ(OpenDescriptors(), before_) << slot;
         state = 5;
@@ -150,7 +150,7 @@ TEST_F(WatchdogTest, StepsTakeDescriptorZeroForOneThatIsNotOpenAndTraceAtLevelNi
     StringWritable eight;
     GlobalTraceList().AddSink(8, &eight);
     uint32_t error = 12;
-    EXPECT_EQ(wdSetWatchdogTime(45, {{1, 2, 3, 4}, 0, 6, 7}, &error), WD_INV_FD_DESC);
+    EXPECT_EQ(wdSetWatchdogTime(45, {1, 2, 3, 4, 0, 6, 0, 7}, &error), WD_INV_FD_DESC);
     EXPECT_EQ(error, WD_INV_FD_DESC);
     EXPECT_EQ(wdDisable(0, &error), WD_INV_FD_DESC);
     EXPECT_EQ(wdReadEnable(0, buffer, &error), WD_INV_FD_DESC);
