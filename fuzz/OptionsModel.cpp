@@ -1,7 +1,5 @@
 #include "fuzz/OptionsModel.h"
 
-#include <cstdio>
-
 namespace OptionsModel {
 
 namespace {
@@ -39,23 +37,21 @@ std::string Compare(const Json::Value& old, const Json::Value& source, const Jso
     if (!old.isObject() && !old.isNull()) {
         return old == source ? kSame : kDifferent;
     }
+    std::string found = kSame;
     for (const std::string& name : ids.isObject() ? ids.getMemberNames() : Json::Value::Members()) {
-        if (Member(ids, name).isNull()) {
+        const Json::Value oldId = Member(old, name);
+        const Json::Value sourceId = Member(source, name);
+        if (found != kSame || ids[name].isNull()) {
             continue;
         }
-        if (Member(source, name).isNull()) {
-            return "Missing array ID in source options";
-        }
-        if (Member(old, name).isNull()) {
-            return "Missing array ID in destination options";
-        }
-        const std::string found =
-            Compare(Member(old, name), Member(source, name), Member(ids, name));
-        if (found != kSame) {
-            return found;
+        if (sourceId.isNull() || oldId.isNull()) {
+            found = std::string("Missing array ID in ") +
+                    (sourceId.isNull() ? "source options" : "destination options");
+        } else {
+            found = Compare(oldId, sourceId, ids[name]);
         }
     }
-    return kSame;
+    return found;
 }
 
 std::string MergeElement(Json::Value& array, const Json::Value& element, Json::ArrayIndex index,
@@ -123,15 +119,6 @@ std::string MergeObject(Json::Value& object, const Json::Value& source, const Js
     return message;
 }
 
-std::string Scalar(const Json::Value& value) {
-    if (value.type() != Json::realValue) {
-        return value.asString();
-    }
-    char text[40];
-    (void)std::snprintf(text, sizeof(text), "%a", value.asDouble());
-    return text;
-}
-
 }  // namespace
 
 Json::Value Overlay(const Json::Value& value, const Json::Value& source, unsigned levels) {
@@ -181,7 +168,7 @@ std::string Describe(const Json::Value& value) {
             text += " " + Describe(value[i]);
         }
     } else {
-        text += " " + Scalar(value);
+        text += " " + value.asString();
     }
     return text + " " + value.getComment(Json::commentAfterOnSameLine) + ">";
 }

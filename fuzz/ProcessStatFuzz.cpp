@@ -12,20 +12,13 @@ namespace {
 constexpr size_t kLookedAt = 127;
 constexpr int32_t kUntouched = -77;
 
-// A copy that ends where the reading must end: a byte beyond it is found by the sanitizer.
-std::vector<char> ExactCopy(const uint8_t* data, size_t size) {
-    std::vector<char> line(data, data + std::min(size, kLookedAt));
-    if (line.size() < kLookedAt) {
-        line.push_back('\0');
-    }
-    line.shrink_to_fit();
-    return line;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::vector<char> line = ExactCopy(data, size);
+    // A copy that ends where the reading must end: a byte beyond it is found by the sanitizer.
+    const bool isCut = size >= kLookedAt;
+    std::vector<char> line(isCut ? kLookedAt : size + 1);
+    std::copy_n(data, isCut ? kLookedAt : size, line.begin());
     char name[Monitor::kProcessNameSize];
     std::memset(name, 'x', sizeof(name));
     int32_t parent = kUntouched;

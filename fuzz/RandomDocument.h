@@ -1,5 +1,5 @@
-// Documents, names and paths from random bytes. They draw from a few names, so that
-// documents, ID trees and paths meet each other's members.
+// Documents and names from random bytes. They draw from a few names, so that documents, ID trees
+// and paths meet each other's members.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 #include "fuzz/FuzzInput.h"
 #include "json/value.h"
 
-// A text of any bytes, a number as a text, or one of the few.
+// A text of any bytes, a number as a text, or one of the few names.
 std::string RandomText(FuzzInput& input);
 
 // A name for a lookup: sometimes null. With a value, mostly that of a member that it has.
@@ -22,16 +22,8 @@ Json::Value RandomDocument(FuzzInput& input);
 // for a copy gives an unrelated one.
 Json::Value RandomChanges(FuzzInput& input, const Json::Value& document);
 
-// The three trees of a merge, none of them deep; sometimes without IDs.
-struct MergeTrees {
-    Json::Value before;
-    Json::Value source;
-    Json::Value ids;
-};
-MergeTrees RandomMerge(FuzzInput& input);
-
 // A tree of array IDs that mostly mirrors the changes, as a merge wants it.
 Json::Value RandomArrayIds(FuzzInput& input, const Json::Value& changes);
 
-// A value somewhere in the upper levels of the document, or the document itself.
+// The document itself, or a value in its upper levels.
 Json::Value& RandomPart(FuzzInput& input, Json::Value& document);

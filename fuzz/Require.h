@@ -1,4 +1,4 @@
-// What must hold after a call: otherwise the fuzzer stops here and keeps the input.
+// What must hold after a call: otherwise the program ends here, and the fuzzer keeps the input.
 #pragma once
 
 #include <cstdio>
