@@ -5,103 +5,80 @@
 namespace Simulator {
 namespace {
 
-const struct {
-    KeldraFault fault;
-    const char* signal;  // what causes it in any program, null when nothing does
-    const char* order;   // what the stand-in understands, null when a signal is used
-    const char* text;
-} kFaults[] = {
-    {KeldraFault::kHang, "STOP", "hang", "Keldra is stopped (SIGSTOP)"},
-    {KeldraFault::kCrash, "KILL", nullptr, "Keldra crashes now"},
-    {KeldraFault::kError, nullptr, "error", "report an error"},
-    {KeldraFault::kShortFile, nullptr, "short", "write a short heartbeat file"},
-    {KeldraFault::kMissingFile, nullptr, "missing", "remove its heartbeat file"},
-    {KeldraFault::kIgnoreQuit, nullptr, "ignore", "ignore SIGQUIT"},
-};
-
-// Runs a command of the shell for every process of that name, whose PID is then $pid. False when
-// there is none.
-bool ForEach(Terminal* terminal, const std::string& name, const std::string& command) {
-    const std::string script =
-        "found=1\n"
-        "for process in /proc/[0-9]*; do\n"
-        "  read -r name <$process/comm && [ \"$name\" = " +
-        name +
-        " ] || continue\n"
-        "  pid=${process#/proc/} found=0\n  " +
-        command +
-        "\n"
-        "done\n"
-        "exit $found\n";
-    return terminal->RunScript(script).status == 0;
+// Runs a command of the shell for every process of that name, whose PID is then $pid, after saying
+// what happens unless `note` is empty.
+std::string ForEach(Terminal* terminal, const std::string& name, const std::string& command,
+                    const std::string& note) {
+    const std::string list =
+        "for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " + name +
+        " ] && echo ${process#/proc/}; done 2>/dev/null";
+    const std::string pids = terminal->RunScript(list).output;
+    if (pids.empty()) {
+        return name + " is not running";
+    }
+    if (!note.empty()) {
+        terminal->Note(note);
+    }
+    (void)terminal->RunScript("pids='" + pids + "'; for pid in $pids; do " + command + "; done");
+    return "";
 }
 
-bool Runs(Terminal* terminal, const std::string& name) {
-    return ForEach(terminal, name, ":");
+// Returns when the stand-in obeys.
+std::string Order(Terminal* terminal, const std::string& fault) {
+    const std::string obstacle =
+        ForEach(terminal, "keldra", "echo " + fault + " >" + kKeldraOrder + "$pid", "");
+    if (obstacle.empty() && !terminal->Await(Source::kKeldra, " now", 30)) {
+        return "keldra does not obey";
+    }
+    return obstacle;
 }
 
-void PutInto(Terminal* terminal, const std::string& path, const std::string& text) {
-    (void)terminal->RunScript("echo '" + text + "' >" + path);
+std::string PutInto(Terminal* terminal, const std::string& path, const std::string& text) {
+    const bool done = terminal->RunScript("echo '" + text + "' >" + path).status == 0;
+    return done ? "" : "cannot write " + path;
 }
 
 }  // namespace
 
-std::string Cause(Terminal* terminal, KeldraFault fault) {
-    if (!Runs(terminal, "keldra")) {
-        return "Keldra is not running";
+std::string Cause(Terminal* terminal, const std::string& fault) {
+    if (fault == "crash") {
+        return ForEach(terminal, "keldra", "kill -KILL $pid", "Keldra crashes now");
     }
-    for (const auto& entry : kFaults) {
-        if (entry.fault != fault) {
-            continue;
-        }
-        const bool ordered = terminal->HasStandInKeldra() && entry.order != nullptr;
-        if (!ordered && entry.signal == nullptr) {
-            return std::string("your own program cannot be told to ") + entry.text;
-        }
-        if (!ordered) {
-            terminal->Note(entry.text);
-        }
-        const std::string command = ordered
-                                        ? std::string("echo ") + entry.order + " >" + kKeldraOrder
-                                        : std::string("kill -") + entry.signal + " ";
-        (void)ForEach(terminal, "keldra", command + "$pid");
+    if (terminal->HasStandInKeldra()) {
+        return Order(terminal, fault);
     }
-    return "";
+    return fault == "hang"
+               ? ForEach(terminal, "keldra", "kill -STOP $pid", "Keldra is stopped (SIGSTOP)")
+               : "your own program takes no orders";
 }
 
 std::string KillSshd(Terminal* terminal) {
-    if (!Runs(terminal, "sshd")) {
-        return "sshd is not running";
+    return ForEach(terminal, "sshd", "kill -KILL $pid", "sshd dies now");
+}
+
+std::string RefuseToStart(Terminal* terminal) {
+    terminal->Note("from now on Keldra cannot start");
+    if (terminal->HasStandInKeldra()) {
+        return PutInto(terminal, kKeldraRefuses, "3");
     }
-    terminal->Note("sshd dies now");
-    (void)ForEach(terminal, "sshd", "kill -KILL $pid");
+    // Without the right to be executed, no program starts.
+    (void)terminal->RunScript(std::string("chmod 0 ") + kKeldraProgram);
     return "";
 }
 
-void RefuseToStart(Terminal* terminal) {
-    terminal->Note("from now on Keldra cannot start");
-    // Without the right to be executed, no program starts, the user's own included.
-    if (terminal->HasStandInKeldra()) {
-        PutInto(terminal, kKeldraRefuses, "3");
-    } else {
-        (void)terminal->RunScript(std::string("chmod 0 ") + kKeldraProgram);
-    }
-}
-
-void DamagePrimaryOptions(Terminal* terminal) {
+std::string DamagePrimaryOptions(Terminal* terminal) {
     terminal->Note("the primary options file is damaged now");
-    PutInto(terminal, kPrimaryOptions, "damaged");
+    return PutInto(terminal, kPrimaryOptions, "damaged");
 }
 
-void Repair(Terminal* terminal) {
+std::string Repair(Terminal* terminal) {
     terminal->Note("everything is repaired now");
-    for (const char* file : {kKeldraRefuses, kServiceFails, kLedFails}) {
-        (void)terminal->RunScript(std::string(": >") + file);
-    }
-    PutInto(terminal, kPrimaryOptions, "{ \"options\": \"primary\" }");
     if (!terminal->HasStandInKeldra()) {
         (void)terminal->RunScript(std::string("chmod 755 ") + kKeldraProgram);
     }
+    (void)terminal->RunScript(std::string(": >") + kKeldraRefuses + "; : >" + kServiceFails +
+                              "; : >" + kLedFails);
+    return PutInto(terminal, kPrimaryOptions, "{ \"options\": \"primary\" }");
 }
 
 }  // namespace Simulator

@@ -12,6 +12,7 @@
 #include <array>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -28,6 +29,8 @@ bool SimulatedTerminal::Boot(std::string* reason) {
                     Install(reason) && BindSyslog(reason);
     if (!up) {
         PowerOff();
+    } else if (!HasStandInKeldra()) {
+        (void)RunScript(std::string(kLauncherWatch) + " >/dev/null &");
     }
     return up;
 }
@@ -44,14 +47,12 @@ bool SimulatedTerminal::Install(std::string* reason) const {
         {standIns + "service", "/usr/sbin/service"},
         {standIns + "led_ctl.sh", "/usr/sbin/led_ctl.sh"},
         {standIns + "announce", kAnnounceProgram},
+        {standIns + "launcher_watch.sh", kLauncherWatch},
         {library.empty() ? standIns + "libcpld_redirect.so" : library, kRedirectLibrary},
     };
     for (const auto& [program, inside] : programs) {
         std::error_code error;
         fs::copy_file(program, Path(inside), error);
-        if (!error) {
-            fs::permissions(Path(inside), fs::perms(0755), error);
-        }
         if (error) {
             *reason = "cannot install " + program + ": " + error.message();
             return false;
@@ -85,7 +86,7 @@ void SimulatedTerminal::PowerOff() {
         (void)close(syslog_);
         syslog_ = -1;
     }
-    watchdog_.Reset();
+    watchdog_ = {};
 }
 
 CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
@@ -112,7 +113,7 @@ CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
 }
 
 bool SimulatedTerminal::Pump(int timeoutMs, int input) {
-    const double toWatchdog = std::max(0.0, watchdog_.NextEvent() - Seconds()) * 1000;
+    const double toWatchdog = std::max(0.0, watchdog_.NextLine() - Seconds()) * 1000;
     const int waitMs = static_cast<int>(std::min<double>(timeoutMs, std::ceil(toWatchdog)));
     std::array<pollfd, 2> fds = {{{syslog_, POLLIN, 0}, {input, POLLIN, 0}}};
     const int ready = poll(fds.data(), fds.size(), waitMs);
@@ -140,13 +141,12 @@ void SimulatedTerminal::TakeTime() {
     if (!line.empty()) {
         AddWatchdog(line);
     }
-    if (watchdog_.HasBitten(Seconds())) {
+    if (watchdog_.HasBitten()) {
         Bite();
     }
 }
 
 void SimulatedTerminal::Bite() {
-    AddWatchdog("BITES: the terminal reboots");
     PowerOff();
     std::string reason;
     if (!Boot(&reason)) {
@@ -173,11 +173,23 @@ bool SimulatedTerminal::Signal(pid_t pid, int signal) {
 }
 
 std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const {
-    std::vector<Process> processes = ListProcesses(Path("/proc"));
-    if (!name.empty()) {
-        const auto other = [&name](const Process& process) { return process.name != name; };
-        processes.erase(std::remove_if(processes.begin(), processes.end(), other), processes.end());
+    std::vector<Process> processes;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(Path("/proc"), error)) {
+        std::string line;
+        std::getline(std::ifstream(entry.path() / "stat"), line);
+        Process process;
+        char itsName[16] = "";
+        // Neither of what is not a process nor of one that has just gone.
+        if (sscanf(line.c_str(), "%d (%15[^)]) %c %d", &process.pid, itsName, &process.state,
+                   &process.parent) == 4 &&
+            (name.empty() || name == itsName)) {
+            process.name = itsName;
+            processes.push_back(process);
+        }
     }
+    std::sort(processes.begin(), processes.end(),
+              [](const Process& a, const Process& b) { return a.pid < b.pid; });
     return processes;
 }
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "simulator/Processes.h"
 #include "simulator/Sandbox.h"
 #include "simulator/StandInWatchdog.h"
 #include "simulator/Terminal.h"
@@ -22,6 +21,14 @@ struct TerminalOptions {
     std::string standInDirectory;  // the programs and scripts that stand in for the terminal's
     std::string keldraProgram;     // empty for the stand-in
     std::string redirectLibrary;   // empty for the one among the stand-ins
+};
+
+// A process inside, as its first process sees it.
+struct Process {
+    pid_t pid = 0;
+    pid_t parent = 0;
+    char state = '?';  // the kernel's letter: R, S, T (stopped), Z (zombie) ...
+    std::string name;  // the kernel's command name
 };
 
 // A terminal in namespaces of the machine: its root file system in memory, its processes, its
@@ -42,7 +49,7 @@ public:
     bool Signal(pid_t pid, int signal);
     // The machine's path of a file inside; absolute symbolic links inside do not resolve.
     std::string Path(const std::string& inside) const { return sandbox_.Path(inside); }
-    // The processes inside with this command name; all of them for "".
+    // The processes inside with this command name, by rising PID; all of them for "".
     std::vector<Process> Processes(const std::string& name = "") const;
     const StandInWatchdog& Watchdog() const { return watchdog_; }
 

@@ -1,9 +1,5 @@
 #include "simulator/StandInWatchdog.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 namespace Simulator {
 namespace {
 
@@ -27,32 +23,27 @@ std::string StandInWatchdog::Write(const std::string& file, const std::string& t
         chosenSeconds_ = SecondsOfFirstCounter(text);
         return chosenSeconds_ != 0 ? "" : "no bite time begins with the byte " + text;
     }
+    // The board is started twice in a row; the first one counts.
     if (file != "control-all" || chosenSeconds_ == 0) {
         return "";
     }
-    // The board is started twice in a row; the first one counts.
     biteSeconds_ = chosenSeconds_;
     chosenSeconds_ = 0;
-    Arm(now);
+    linesLeft_ = kCountdownLines;
+    nextLine_ = now + biteSeconds_ / kCountdownLines;
     return "armed with " + std::to_string(biteSeconds_) + " s";
 }
 
-void StandInWatchdog::Arm(double now) {
-    armed_ = true;
-    biteAt_ = now + biteSeconds_;
-    nextLine_ = now + static_cast<double>(biteSeconds_) / kCountdownLines;
-}
-
 std::string StandInWatchdog::Tick(double now) {
-    if (!armed_ || now < nextLine_ || now >= biteAt_) {
+    if (now < nextLine_) {
         return "";
     }
-    nextLine_ += static_cast<double>(biteSeconds_) / kCountdownLines;
-    return "bites in " + std::to_string(std::lround(biteAt_ - now)) + " s";
-}
-
-double StandInWatchdog::NextEvent() const {
-    return armed_ ? std::min(nextLine_, biteAt_) : std::numeric_limits<double>::infinity();
+    --linesLeft_;
+    nextLine_ = linesLeft_ > 0 ? nextLine_ + biteSeconds_ / kCountdownLines
+                               : std::numeric_limits<double>::infinity();
+    return linesLeft_ > 0
+               ? "bites in " + std::to_string(linesLeft_ * biteSeconds_ / kCountdownLines) + " s"
+               : "BITES: the terminal reboots";
 }
 
 }  // namespace Simulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 
 namespace Simulator {
@@ -13,28 +14,22 @@ public:
     std::string Write(const std::string& file, const std::string& text, double now);
 
     // Returns the countdown's next line when one is due, or "". A sixth of the bite time passes
-    // between two lines, so that a watchdog that is re-armed in time stays silent.
+    // between two lines, so that a watchdog that is re-armed in time stays silent. The last line
+    // is the bite itself.
     std::string Tick(double now);
 
-    bool HasBitten(double now) const { return armed_ && now >= biteAt_; }
-
-    // When `Tick` or `HasBitten` next has something to say; infinity while not armed.
-    double NextEvent() const;
-
-    bool IsArmed() const { return armed_; }
+    // When `Tick` next has something to say; infinity while not armed.
+    double NextLine() const { return nextLine_; }
+    // True from the bite on until the next arming.
+    bool HasBitten() const { return linesLeft_ == 0; }
+    // What it is armed with, 0 before the first arming.
     unsigned BiteSeconds() const { return biteSeconds_; }
 
-    // As after a reboot: not armed, nothing written.
-    void Reset() { *this = StandInWatchdog(); }
-
 private:
-    void Arm(double now);
-
     unsigned chosenSeconds_ = 0;  // by the first counter, in force with the next start
     unsigned biteSeconds_ = 0;
-    bool armed_ = false;
-    double biteAt_ = 0;
-    double nextLine_ = 0;
+    unsigned linesLeft_ = 6;
+    double nextLine_ = std::numeric_limits<double>::infinity();
 };
 
 }  // namespace Simulator

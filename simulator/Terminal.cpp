@@ -16,7 +16,7 @@ const struct {
     Source source;
 } kReporters[] = {
     {"keldra", Source::kKeldra}, {"sshd", Source::kSshd}, {"service", Source::kSshd},
-    {"led", Source::kLed},       {"init", Source::kInit},
+    {"led", Source::kLed},       {"init", Source::kInit}, {"simulator", Source::kSimulator},
 };
 
 // "<PRI>Mon DD HH:MM:SS ident: text".

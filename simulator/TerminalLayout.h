@@ -22,6 +22,8 @@ constexpr char kSyslogSocket[] = "/dev/log";
 constexpr char kFirstProcessRuns[] = "the first process runs\n";
 // Reports its arguments; for scripts.
 constexpr char kAnnounceProgram[] = "/run/simulator/announce";
+// Looks after a Keldra of the user's.
+constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
 // A file of this name with the PID appended orders that Keldra to misbehave.
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";
 // While one of these holds an exit status, the stand-in of that name fails with it.

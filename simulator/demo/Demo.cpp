@@ -7,9 +7,7 @@
 
 #include "simulator/SimulatedTerminal.h"
 #include "simulator/demo/Interactive.h"
-#include "simulator/demo/Printer.h"
 #include "simulator/demo/ResultTable.h"
-#include "simulator/demo/Story.h"
 
 namespace fs = std::filesystem;
 
@@ -43,18 +41,20 @@ bool Parse(int argc, char** argv, Arguments* arguments) {
     return arguments->heartbeat > 0;
 }
 
-TerminalOptions Describe(const Arguments& arguments) {
+std::unique_ptr<Terminal> Build(const Arguments& arguments) {
     const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
     TerminalOptions options;
     options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
     options.standInDirectory = here;
     options.keldraProgram = arguments.keldra;
-    return options;
+    return std::make_unique<SimulatedTerminal>(options);
 }
 
 int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
-    Story story(terminal, &printer, arguments.heartbeat);
-    const bool passed = story.Tell();
+    // Far beyond what any step needs: a slow machine is late, not wrong.
+    const double patience = 45 + 4.0 * arguments.heartbeat;
+    Story story(terminal, &printer, patience);
+    const bool passed = story.Tell(LifeOfATerminal(patience));
     printer.Heading("the story in short");
     PrintTable(printer, story.Situations(), arguments.heartbeat);
     char line[80];
@@ -78,24 +78,25 @@ int main(int argc, char** argv) {
         std::cerr << "wrong use; see scripts/demo --help\n";
         return 2;
     }
-    std::string reason;
     const Printer printer;
-    SimulatedTerminal terminal(Describe(arguments));
-    terminal.SetListener([&printer](const Event& event) { printer.Show(event); });
-    if (!terminal.PowerOn(&reason)) {
+    const auto terminal = Build(arguments);
+    terminal->SetListener([&printer](const Event& event) { printer.Show(event); });
+    std::string reason;
+    if (!terminal->PowerOn(&reason)) {
         std::cerr << "the terminal does not come up: " << reason << "\n";
         return 3;
     }
-    terminal.Note("the terminal is switched on; a heartbeat is due every " +
-                  std::to_string(arguments.heartbeat) + " s");
-    const CommandResult start = terminal.StartMonitor({"-t", std::to_string(arguments.heartbeat)});
+    const std::string heartbeat = std::to_string(arguments.heartbeat);
+    terminal->Note("the terminal is switched on (" + terminal->Description() +
+                   "); a heartbeat is due every " + heartbeat + " s");
+    const CommandResult start = terminal->StartMonitor({"-t", heartbeat});
     if (start.status != 0) {
         std::cerr << "the daemon does not start: " << start.output << "\n";
         return 1;
     }
     if (arguments.interactive) {
-        RunInteractive(&terminal, printer);
+        RunInteractive(terminal.get(), printer);
         return 0;
     }
-    return TellStory(arguments, &terminal, printer);
+    return TellStory(arguments, terminal.get(), printer);
 }

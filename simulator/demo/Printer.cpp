@@ -1,7 +1,9 @@
 #include "simulator/demo/Printer.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,16 +12,15 @@
 namespace Simulator {
 namespace {
 
-constexpr size_t kWidth = 100;
+constexpr size_t kNarrowest = 60;
+constexpr size_t kWidest = 100;
 constexpr size_t kTextColumn = 22;
 
-struct SourceStyle {
+constexpr struct {
     Source source;
     const char* name;
     Colour colour;
-};
-
-constexpr SourceStyle kStyles[] = {
+} kStyles[] = {
     {Source::kLog, "log", Colour::kPlain},      {Source::kSimulator, "simulator", Colour::kMagenta},
     {Source::kKeldra, "Keldra", Colour::kBlue}, {Source::kSshd, "sshd", Colour::kBlue},
     {Source::kLed, "LED", Colour::kRed},        {Source::kWatchdog, "watchdog", Colour::kCyan},
@@ -45,19 +46,24 @@ Colour ColourOf(const std::string& text, Colour usual) {
     return usual;
 }
 
-// The text, broken at blanks so that it stays within the width behind its column.
-std::string Wrap(const std::string& text) {
+// The text, broken at blanks, and within words that are too long for that, so that it stays within
+// the width behind its column.
+std::string Wrap(const std::string& text, size_t width) {
     std::string result;
     std::istringstream words(text);
     std::string word;
     size_t column = kTextColumn;
     while (words >> word) {
-        if (column > kTextColumn && column + 1 + word.size() > kWidth) {
+        if (column > kTextColumn && column + 1 + word.size() > width) {
             result += "\n" + std::string(kTextColumn, ' ');
             column = kTextColumn;
         } else if (column > kTextColumn) {
             result += " ";
             ++column;
+        }
+        for (; column + word.size() > width; word.erase(0, width - column)) {
+            result += word.substr(0, width - column) + "\n" + std::string(kTextColumn, ' ');
+            column = kTextColumn;
         }
         result += word;
         column += word.size();
@@ -74,39 +80,45 @@ Printer::Printer() {
     (void)setvbuf(stdout, nullptr, _IOLBF, 0);
 }
 
+size_t Printer::Width() const {
+    winsize size = {};
+    const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? std::clamp<size_t>(size.ws_col, kNarrowest, kWidest) : kWidest;
+}
+
 std::string Printer::In(Colour colour, const std::string& text) const {
-    static constexpr const char* kCodes[] = {"", "2", "1", "31", "32", "33", "34", "35", "36"};
+    // Of the 256 colours those whose contrast is about the same on black and on white.
+    static constexpr const char* kCodes[] = {
+        "", "38;5;243", "1", "38;5;196", "38;5;28", "38;5;130", "38;5;63", "38;5;164", "38;5;30"};
     const char* code = kCodes[static_cast<int>(colour)];
     return colours_ && *code != '\0' ? std::string("\x1b[") + code + "m" + text + "\x1b[0m" : text;
 }
 
 void Printer::Show(const Event& event) const {
-    if (event.routine) {
-        return;
-    }
-    for (const SourceStyle& style : kStyles) {
-        if (style.source == event.source) {
+    for (const auto& style : kStyles) {
+        if (style.source == event.source && !event.routine) {
             char time[16];
             char name[16];
             (void)snprintf(time, sizeof(time), "%8.2f", event.seconds);
             (void)snprintf(name, sizeof(name), "  %-10s", style.name);
-            printf("%s%s  %s\n", In(Colour::kDim, time).c_str(), In(style.colour, name).c_str(),
-                   In(ColourOf(event.text, style.colour), Wrap(event.text)).c_str());
+            Line(In(Colour::kDim, time) + In(style.colour, name) + "  " +
+                 In(ColourOf(event.text, style.colour), Wrap(event.text, Width())));
         }
     }
 }
 
 void Printer::Heading(const std::string& text) const {
-    const size_t rest = kWidth > text.size() + 5 ? kWidth - text.size() - 5 : 0;
+    const size_t used = std::min(text.size() + 5, Width());
     Line("");
-    Line("--- " + text + " " + std::string(rest, '-'), Colour::kBold);
+    Line("--- " + text + " " + std::string(Width() - used, '-'), Colour::kBold);
 }
 
 void Printer::Quote(const std::string& text) const {
+    const size_t indent = Width() < 80 ? 2 : kTextColumn;
     std::istringstream lines(text);
     std::string line;
     while (std::getline(lines, line)) {
-        Line(std::string(line.empty() ? 0 : kTextColumn, ' ') + line, Colour::kDim);
+        Line(std::string(line.empty() ? 0 : indent, ' ') + line, Colour::kDim);
     }
 }
 

@@ -8,7 +8,8 @@ namespace Simulator {
 
 enum class Colour { kPlain, kDim, kBold, kRed, kGreen, kYellow, kBlue, kMagenta, kCyan };
 
-// Shows what happens, line by line as it comes: colours on a terminal, plain text in a pipe.
+// Shows what happens, line by line as it comes: in colours and as wide as the terminal, from 60
+// columns on; as plain text of 100 columns in a pipe.
 class Printer {
 public:
     Printer();
@@ -21,6 +22,7 @@ public:
     void Line(const std::string& text, Colour colour = Colour::kPlain) const;
     // The text in the colour, for a part of a line.
     std::string In(Colour colour, const std::string& text) const;
+    size_t Width() const;
 
 private:
     bool colours_;

@@ -1,40 +1,59 @@
 #include "simulator/demo/ResultTable.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <fstream>
 
 namespace Simulator {
 namespace {
 
-constexpr char kRow[] = "%-16s %-34s %-26s %9s %11s";
+using Row = std::array<std::string, 5>;
+constexpr size_t kExpected = 1;
 
 std::string Time(double seconds, unsigned period) {
-    if (seconds < 0) {
-        return "-";
+    char text[32] = "-";
+    if (seconds >= 0) {
+        (void)snprintf(text, sizeof(text), "%.*fs/%.1fp", seconds < 1000 ? 1 : 0, seconds,
+                       seconds / period);
     }
-    char text[32];
-    (void)snprintf(text, sizeof(text), "%.1fs/%.1fp", seconds, seconds / period);
     return text;
 }
 
-std::string Row(const char* name, const char* expected, const char* seen, const char* detect,
-                const char* recover) {
-    char text[256];
-    (void)snprintf(text, sizeof(text), kRow, name, expected, seen, detect, recover);
-    return text;
+Colour ColourOf(const std::string& result) {
+    if (result == "skipped") {
+        return Colour::kYellow;
+    }
+    return result == "passed" ? Colour::kGreen : Colour::kRed;
 }
 
 }  // namespace
 
 void PrintTable(const Printer& printer, const std::vector<Situation>& situations, unsigned period) {
-    printer.Line(Row("situation", "expected", "seen", "detect", "recover"), Colour::kBold);
-    printer.Line(std::string(100, '-'), Colour::kDim);
+    std::vector<Row> rows = {{"situation", "expected", "seen", "detect", "recover"}};
     for (const Situation& s : situations) {
-        const Colour colour = s.passed ? Colour::kGreen : Colour::kRed;
-        printer.Line(
-            Row(s.name.c_str(), s.expected.c_str(), s.seen.c_str(),
-                Time(s.detectSeconds, period).c_str(), Time(s.recoverSeconds, period).c_str()),
-            s.skipped ? Colour::kYellow : colour);
+        rows.push_back({s.name, s.expected, s.seen, Time(s.detectSeconds, period),
+                        Time(s.recoverSeconds, period)});
+    }
+    std::array<size_t, 5> widths = {};
+    size_t total = widths.size() - 1;
+    for (size_t column = 0; column < widths.size(); ++column) {
+        for (const Row& row : rows) {
+            widths[column] = std::max(widths[column], row[column].size());
+        }
+        total += widths[column];
+    }
+    const bool narrow = total > printer.Width();
+    for (size_t i = 0; i < rows.size(); ++i) {
+        std::string line;
+        for (size_t column = 0; column < widths.size(); ++column) {
+            if (!narrow || column != kExpected) {
+                const std::string rest(widths[column] - rows[i][column].size(), ' ');
+                line += (column > 0 ? " " : "") +
+                        (column < 3 ? rows[i][column] + rest : rest + rows[i][column]);
+            }
+        }
+        printer.Line(line, i == 0 ? Colour::kBold : ColourOf(situations[i - 1].result));
     }
     printer.Line("times from the fault: s seconds, p heartbeat periods", Colour::kDim);
 }
@@ -44,8 +63,7 @@ bool WriteTimes(const std::string& path, const std::vector<Situation>& situation
     std::ofstream file(path);
     file << "situation\tresult\tdetect_seconds\trecover_seconds\theartbeat_seconds\n";
     for (const Situation& s : situations) {
-        const char* passed = s.passed ? "passed" : "failed";
-        file << s.name << '\t' << (s.skipped ? "skipped" : passed) << '\t';
+        file << s.name << '\t' << s.result << '\t';
         file << (s.detectSeconds < 0 ? "-" : std::to_string(s.detectSeconds)) << '\t';
         file << (s.recoverSeconds < 0 ? "-" : std::to_string(s.recoverSeconds)) << '\t';
         file << period << '\n';

@@ -1,55 +1,71 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "simulator/Faults.h"
 #include "simulator/Terminal.h"
 #include "simulator/demo/Printer.h"
-#include "simulator/demo/ResultTable.h"
 
 namespace Simulator {
 
-// Leads a terminal that has just been switched on through every situation that its daemon
-// guards against, and keeps what was seen. Each step waits for what it expects.
+// An event that a scene waits for, and what its time tells.
+struct Step {
+    enum class Tells { kNothing, kDetected, kRecovered };
+    Source source;
+    std::string text;  // a part of the event's text
+    Tells tells = Tells::kNothing;
+};
+
+// A situation that the daemon guards against.
+struct Scene {
+    // Returns "", or what stands in the way.
+    using Action = std::function<std::string(Terminal*)>;
+
+    std::string name;
+    std::string expected;
+    std::string seen;  // told when everything came
+    Action cause;      // may be empty
+    std::vector<Step> steps;
+    Action check;                // after the steps; may be empty
+    bool ordersStandIn = false;  // skipped with a Keldra of the user's own
+};
+
+// How one scene went. Times are seconds from the fault, negative when the scene has none.
+struct Situation {
+    std::string name;
+    std::string expected;
+    std::string seen;
+    const char* result = "failed";  // or "passed", "skipped"
+    double detectSeconds = -1;
+    double recoverSeconds = -1;
+};
+
+// The life of every terminal, from the cold start to the reboot into its backup partition.
+// Nothing in it is waited for longer than `patience` seconds.
+std::vector<Scene> LifeOfATerminal(double patience);
+
+// Plays scenes, on a terminal on which the daemon has just been started, and keeps what was seen.
+// Each step is waited for, at most `patience` seconds; the first surprise ends the story.
 class Story {
 public:
-    Story(Terminal* terminal, const Printer* printer, unsigned period);
+    Story(Terminal* terminal, const Printer* printer, double patience)
+        : terminal_(terminal), printer_(printer), patience_(patience) {}
 
-    // Returns true when everything came as expected; the first surprise ends the story.
-    bool Tell();
+    // Returns true when everything came as expected.
+    bool Tell(const std::vector<Scene>& scenes);
 
     const std::vector<Situation>& Situations() const { return situations_; }
 
 private:
-    void ColdStart();
-    void Healthy();
-    void Fault(const char* name, const char* expected, KeldraFault fault, const char* sign);
-    void SshdDies();
-    void BackupOptions();
-    void BackToPrimary();
-    void StatusQuery();
-    void Reboot();
-
-    bool StrikeSince(size_t event) const;
-    void Begin(const std::string& name, const std::string& expected);
-    // Each of these waits for what it names and notes the situation's failure when it does not
-    // come; after a failure it does nothing and returns false.
-    bool Expect(Source source, const std::string& text);
-    bool Detect(Source source, const std::string& text);
-    bool Recover(Source source, const std::string& text);
-    void Done(const std::string& seen);
-    void Skip(const std::string& why);
-    void Surprise(const std::string& seen);
+    bool Play(const Scene& scene);
+    bool Wait(const Step& step, double begin, Situation* situation);
+    bool Surprise(const std::string& what, Situation* situation);
 
     Terminal* terminal_;
     const Printer* printer_;
-    unsigned period_;
+    double patience_;
     std::vector<Situation> situations_;
-    double begin_ = 0;
-    double last_ = 0;  // when the last expected event came
-    std::string lastText_;
-    bool failed_ = false;
 };
 
 }  // namespace Simulator

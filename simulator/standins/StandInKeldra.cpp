@@ -5,14 +5,12 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <fstream>
 #include <string>
 
 #include "simulator/TerminalLayout.h"
 #include "simulator/standins/Announce.h"
-#include "simulator/standins/Detachment.h"
 
 namespace {
 
@@ -21,38 +19,33 @@ using namespace Simulator;
 constexpr int kRefused = 3;
 constexpr timespec kPeriod = {0, 100000000};
 
-enum class Order { kNone, kHang, kError, kShort, kMissing, kIgnore };
-
 const struct {
-    const char* word;
-    Order order;
+    const char* order;
     const char* announcement;
 } kOrders[] = {
-    {"hang", Order::kHang, "hangs now"},
-    {"error", Order::kError, "reports an error now: count 0"},
-    {"short", Order::kShort, "writes a heartbeat file of 2 bytes now"},
-    {"missing", Order::kMissing, "removes its heartbeat file now"},
-    {"ignore", Order::kIgnore, "hangs now and ignores SIGQUIT"},
+    {"hang", "hangs now"},
+    {"error", "reports an error now: count 0"},
+    {"short", "writes a heartbeat file of 2 bytes now"},
+    {"missing", "removes its heartbeat file now"},
+    {"ignore", "hangs now and ignores SIGQUIT"},
 };
 
-// The reason not to start, or "".
-std::string Objection(const std::string& optionsFile, int* status) {
-    *status = kRefused;
-    if (std::ifstream(kKeldraRefuses) >> *status) {
-        return "refuses to start";
+// The exit status for a start that is refused, and why; 0 for one that is not.
+int Objection(const std::string& optionsFile, std::string* why) {
+    int status = 0;
+    if (std::ifstream(kKeldraRefuses) >> status) {
+        *why = "refuses to start";
+    } else if (!optionsFile.empty() && std::ifstream(optionsFile).get() != '{') {
+        *why = "refuses to start with damaged options in " + optionsFile;
+        status = kRefused;
     }
-    if (!optionsFile.empty() && std::ifstream(optionsFile).get() != '{') {
-        return "refuses to start with damaged options in " + optionsFile;
-    }
-    return "";
+    return status;
 }
 
 // Replaces the heartbeat file at once: a reader sees the old count or the new one.
-void WriteHeartbeat(uint32_t count, size_t length) {
+void WriteHeartbeat(uint32_t count, std::streamsize length) {
     const std::string fresh = std::string(kHeartbeatFile) + ".new";
-    std::ofstream file(fresh, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(&count), static_cast<std::streamsize>(length));
-    file.close();
+    std::ofstream(fresh, std::ios::binary).write(reinterpret_cast<const char*>(&count), length);
     (void)rename(fresh.c_str(), kHeartbeatFile);
 }
 
@@ -63,46 +56,30 @@ uint32_t FirstCount() {
     return static_cast<uint32_t>(now.tv_sec * 1000 + now.tv_nsec / 1000000) | 1U;
 }
 
-// The simulator's order to this process, if there is a new one.
-Order TakeOrder() {
+// The simulator's new order to this process; the one before stays in force when there is none.
+void TakeOrder(std::string* order) {
     const std::string path = kKeldraOrder + std::to_string(getpid());
     std::string word;
     if (!(std::ifstream(path) >> word)) {
-        return Order::kNone;
+        return;
     }
     (void)unlink(path.c_str());
     for (const auto& known : kOrders) {
-        if (word == known.word) {
+        if (word == known.order) {
             Announce("keldra", known.announcement);
-            return known.order;
+            *order = word;
         }
     }
-    return Order::kNone;
 }
 
-void Beat(Order order, uint32_t count) {
-    switch (order) {
-        case Order::kNone:
-            WriteHeartbeat(count, sizeof(count));
-            break;
-        case Order::kError:
-            WriteHeartbeat(0, sizeof(count));
-            break;
-        case Order::kShort:
-            WriteHeartbeat(count, 2);
-            break;
-        case Order::kMissing:
-            (void)unlink(kHeartbeatFile);
-            break;
-        case Order::kHang:
-        case Order::kIgnore:
-            break;
+void Beat(const std::string& order, uint32_t count) {
+    if (order.empty() || order == "error") {
+        WriteHeartbeat(order.empty() ? count : 0, sizeof(count));
+    } else if (order == "short") {
+        WriteHeartbeat(count, 2);
+    } else if (order == "missing") {
+        (void)unlink(kHeartbeatFile);
     }
-}
-
-// Waits one period. False when SIGQUIT came.
-bool Sleep(const sigset_t& quit) {
-    return sigtimedwait(&quit, nullptr, &kPeriod) != SIGQUIT;
 }
 
 }  // namespace
@@ -112,23 +89,22 @@ int main(int argc, char** argv) {
     sigemptyset(&quit);
     sigaddset(&quit, SIGQUIT);
     (void)sigprocmask(SIG_BLOCK, &quit, nullptr);
-    const bool hasOptions = argc == 5 && strcmp(argv[3], "-cfg") == 0;
-    const std::string optionsFile = hasOptions ? argv[4] : "";
-    int status = 0;
-    const std::string objection = Objection(optionsFile, &status);
-    if (!objection.empty()) {
-        Announce("keldra", objection);
-        return status;
+    // keldra -cp 23 [-cfg FILE]
+    const std::string optionsFile = argc == 5 ? argv[4] : "";
+    std::string text = optionsFile.empty() ? "is up" : "is up, options " + optionsFile;
+    const int objection = Objection(optionsFile, &text);
+    Announce("keldra", text);
+    if (objection != 0) {
+        return objection;
     }
-    Detachment detachment;
     uint32_t count = FirstCount();
-    Order order = Order::kNone;
+    std::string order;
     Beat(order, count);
-    Announce("keldra", "is up" + (hasOptions ? ", options " + optionsFile : ""));
-    detachment.Ready();
-    while (Sleep(quit) || order == Order::kIgnore) {
-        const Order fresh = TakeOrder();
-        order = fresh == Order::kNone ? order : fresh;
+    if (daemon(0, 0) != 0) {
+        return 4;
+    }
+    while (sigtimedwait(&quit, nullptr, &kPeriod) != SIGQUIT || order == "ignore") {
+        TakeOrder(&order);
         Beat(order, ++count);
     }
     Announce("keldra", "ends on SIGQUIT");

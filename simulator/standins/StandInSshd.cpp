@@ -2,12 +2,12 @@
 #include <unistd.h>
 
 #include "simulator/standins/Announce.h"
-#include "simulator/standins/Detachment.h"
 
 int main() {
-    Simulator::Detachment detachment;
     Simulator::Announce("sshd", "is up");
-    detachment.Ready();
+    if (daemon(0, 0) != 0) {
+        return 4;
+    }
     while (true) {
         (void)pause();
     }
