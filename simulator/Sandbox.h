@@ -7,9 +7,8 @@
 
 namespace Simulator {
 
-// A root file system in memory with processes of its own, made by bubblewrap: the machine's
-// programs and libraries can be read in it, everything else is the terminal's. It dies with this
-// object or with the process that has it, and everything in it with it.
+// The namespaces of a terminal: a root file system and processes of its own, made by bubblewrap.
+// They end with this object or with the process that has it, and everything in them with them.
 class Sandbox {
 public:
     Sandbox() = default;
@@ -17,10 +16,9 @@ public:
     Sandbox& operator=(const Sandbox&) = delete;
     ~Sandbox() { Close(); }
 
-    // Process 1 runs the program `firstProcess`. The service scripts and settings of a package
-    // that is unpacked in `package`, unless that is empty, cover the machine's. False with the
-    // reason, and what could be done about it, when the machine permits no such thing.
-    bool Open(const std::string& firstProcess, const std::string& package, std::string* reason);
+    // Runs the script `boot` and returns when the first process inside runs. False with the
+    // reason when it does not.
+    bool Open(const std::vector<std::string>& boot, std::string* reason);
     // Kills everything inside and waits for its end.
     void Close();
 

@@ -24,50 +24,25 @@ namespace fs = std::filesystem;
 namespace Simulator {
 
 bool SimulatedTerminal::Boot(std::string* reason) {
-    const bool up = sandbox_.Open(options_.standInDirectory + "/stand_in_init",
-                                  options_.packageDirectory, reason) &&
-                    Install(reason) && BindSyslog(reason);
+    const std::string& standIns = options_.standInDirectory;
+    const auto chosen = [](const std::string& given, const std::string& usual) {
+        return given.empty() ? usual : given;
+    };
+    const std::string& package = options_.packageDirectory;
+    const bool up =
+        sandbox_.Open(
+            {standIns + "/boot", standIns,
+             package.empty() ? options_.monitorProgram : package + kMonitorProgram,
+             chosen(options_.keldraProgram, standIns + "/stand_in_keldra"),
+             chosen(options_.redirectLibrary, standIns + "/libcpld_redirect.so"), package},
+            reason) &&
+        BindSyslog(reason);
     if (!up) {
         PowerOff();
     } else if (!HasStandInKeldra()) {
         (void)RunScript(std::string(kLauncherWatch) + " >/dev/null &");
     }
     return up;
-}
-
-bool SimulatedTerminal::Install(std::string* reason) const {
-    const std::string standIns = options_.standInDirectory + "/";
-    const std::string& keldra = options_.keldraProgram;
-    const std::string& package = options_.packageDirectory;
-    const std::string& library = options_.redirectLibrary;
-    const std::pair<std::string, const char*> programs[] = {
-        {package.empty() ? options_.monitorProgram : package + kMonitorProgram, kMonitorProgram},
-        {keldra.empty() ? standIns + "stand_in_keldra" : keldra, kKeldraProgram},
-        {standIns + "stand_in_sshd", "/usr/sbin/sshd"},
-        {standIns + "service", "/usr/sbin/service"},
-        {standIns + "led_ctl.sh", "/usr/sbin/led_ctl.sh"},
-        {standIns + "announce", kAnnounceProgram},
-        {standIns + "launcher_watch.sh", kLauncherWatch},
-        {library.empty() ? standIns + "libcpld_redirect.so" : library, kRedirectLibrary},
-    };
-    for (const auto& [program, inside] : programs) {
-        std::error_code error;
-        fs::copy_file(program, Path(inside), error);
-        if (error) {
-            *reason = "cannot install " + program + ": " + error.message();
-            return false;
-        }
-    }
-    bool written = true;
-    for (const char* file : {"intial-cnt0", "intial-cnt1", "intial-cnt2", "intial-cnt3",
-                             "control-en", "control-reset", "control-all"}) {
-        written = written && WriteInside(*this, std::string(kWatchdogFiles) + file, "");
-    }
-    written = written && WriteInside(*this, kPrimaryOptions, "{ \"options\": \"primary\" }\n") &&
-              WriteInside(*this, kBackupOptions, "{ \"options\": \"backup\" }\n") &&
-              WriteInside(*this, kFactoryOptions, "{ \"options\": \"factory\" }\n");
-    *reason = written ? "" : "cannot write the terminal's files";
-    return written;
 }
 
 bool SimulatedTerminal::BindSyslog(std::string* reason) {

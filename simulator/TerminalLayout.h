@@ -11,18 +11,14 @@ constexpr char kPrimaryOptions[] = "/sysopt/config/sat_router/keldra.json";
 constexpr char kBackupOptions[] = "/sysopt/config/sat_router/keldra.json.bak";
 constexpr char kFactoryOptions[] = "/sysopt/factory/keldra_factory.json";
 
-// What the simulator adds. The redirect library turns "/proc/cpld/watchdog/" into this one.
-constexpr char kWatchdogFiles[] = "/run/cpld/watchdog/";
-constexpr char kFirstProcess[] = "/run/simulator/init";
+// What the simulator adds.
 constexpr char kRedirectLibrary[] = "/run/simulator/libcpld_redirect.so";
 // Beside log lines, the syslog socket takes in what the stand-ins and the redirect library have
 // to report: who, a blank, what. One socket for all keeps everything in its order.
 constexpr char kSyslogSocket[] = "/dev/log";
 // What the first process writes when it runs.
 constexpr char kFirstProcessRuns[] = "the first process runs\n";
-// Reports its arguments; for scripts.
-constexpr char kAnnounceProgram[] = "/run/simulator/announce";
-// Looks after a Keldra of the user's.
+// Watches the launcher of a Keldra of the user's.
 constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
 // A file of this name with the PID appended orders that Keldra to misbehave.
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";

@@ -1,15 +1,14 @@
 #include "simulator/demo/ResultTable.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdio>
 #include <fstream>
+#include <iomanip>
+#include <sstream>
 
 namespace Simulator {
 namespace {
 
-using Row = std::array<std::string, 5>;
-constexpr size_t kExpected = 1;
+constexpr size_t kWidthWithExpected = 94;
 
 std::string Time(double seconds, unsigned period) {
     char text[32] = "-";
@@ -30,30 +29,23 @@ Colour ColourOf(const std::string& result) {
 }  // namespace
 
 void PrintTable(const Printer& printer, const std::vector<Situation>& situations, unsigned period) {
-    std::vector<Row> rows = {{"situation", "expected", "seen", "detect", "recover"}};
+    const auto row = [&](const std::string& name, const std::string& expected,
+                         const std::string& seen, const std::string& detect,
+                         const std::string& recover) {
+        std::ostringstream line;
+        line << std::left << std::setw(17) << name;
+        if (printer.Width() >= kWidthWithExpected) {
+            line << std::setw(35) << expected;
+        }
+        line << std::setw(20) << seen << std::right << std::setw(10) << detect << std::setw(12)
+             << recover;
+        return line.str();
+    };
+    printer.Line(row("situation", "expected", "seen", "detect", "recover"), Colour::kBold);
     for (const Situation& s : situations) {
-        rows.push_back({s.name, s.expected, s.seen, Time(s.detectSeconds, period),
-                        Time(s.recoverSeconds, period)});
-    }
-    std::array<size_t, 5> widths = {};
-    size_t total = widths.size() - 1;
-    for (size_t column = 0; column < widths.size(); ++column) {
-        for (const Row& row : rows) {
-            widths[column] = std::max(widths[column], row[column].size());
-        }
-        total += widths[column];
-    }
-    const bool narrow = total > printer.Width();
-    for (size_t i = 0; i < rows.size(); ++i) {
-        std::string line;
-        for (size_t column = 0; column < widths.size(); ++column) {
-            if (!narrow || column != kExpected) {
-                const std::string rest(widths[column] - rows[i][column].size(), ' ');
-                line += (column > 0 ? " " : "") +
-                        (column < 3 ? rows[i][column] + rest : rest + rows[i][column]);
-            }
-        }
-        printer.Line(line, i == 0 ? Colour::kBold : ColourOf(situations[i - 1].result));
+        printer.Line(row(s.name, s.expected, s.seen, Time(s.detectSeconds, period),
+                         Time(s.recoverSeconds, period)),
+                     ColourOf(s.result));
     }
     printer.Line("times from the fault: s seconds, p heartbeat periods", Colour::kDim);
 }

@@ -1,9 +1,8 @@
 #include "tests/simulator/EndToEnd.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
-
-#include "simulator/Sandbox.h"
 
 using namespace Simulator;
 
@@ -17,9 +16,8 @@ constexpr double kImpatientSeconds = 2;
 }  // namespace
 
 void EndToEnd::SetUp() {
-    std::string reason;
-    if (!Sandbox().Open(STAND_IN_DIRECTORY "/stand_in_init", "", &reason)) {
-        GTEST_SKIP() << reason;
+    if (std::system("\"" STAND_IN_DIRECTORY "/boot\" --probe") != 0) {
+        GTEST_SKIP() << "this machine does not permit the namespaces of a simulated terminal";
     }
 }
 
