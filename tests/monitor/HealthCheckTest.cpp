@@ -166,26 +166,6 @@ TEST_F(HealthCheckTest, MemoryThatCannotBeHadCostsOneCheckAndLeavesNothingBehind
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), 0);  // Keldra, which runs
 }
 
-TEST_F(HealthCheckTest, ThousandsOfChecksLeaveNoDescriptorAndNoZombie) {
-    settings.max_strikes = UINT32_MAX;
-    settings.led_control_script = ":";
-    const NamedProcess keldra(keldraName_);
-    ASSERT_TRUE(Check(1));
-    const auto before = OpenDescriptors();
-    for (uint32_t count = 2; count < 2000; ++count) {
-        ASSERT_TRUE(Check(count));
-    }
-    settings.keldra_process_name = OwnName("ktnone");
-    sshd_.reset();
-    for (int i = 0; i < 50; ++i) {  // each starts two shells
-        (void)CheckAsIs();
-    }
-    EXPECT_EQ(OpenDescriptors(), before);
-    siginfo_t ended{};
-    ASSERT_EQ(waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT), 0);
-    EXPECT_EQ(ended.si_pid, 0);
-}
-
 TEST_F(HealthCheckTest, PassingTheMaximumLogsSetsTheLedsAndExits0) {
     settings.max_strikes = 0;
     settings.led_control_script = "echo >" + dir_.File("leds") + ";:";

@@ -87,15 +87,6 @@ TEST_F(ProcessesByNameTest, NothingToFind) {
     EXPECT_FALSE(SignalProcessesByName(name_, SIGTERM));
 }
 
-TEST_F(ProcessesByNameTest, FirstAndOtherFollowTheDirectory) {
-    const NamedProcess a(own_);
-    const NamedProcess b(own_);
-    ASSERT_TRUE(CollectProcessIds(name_, pids_));
-    ASSERT_EQ(pids_.size(), 2U);
-    EXPECT_EQ(FindProcessId(name_), pids_[0]);
-    EXPECT_EQ(FindOtherProcessId(name_), pids_[0]);  // the caller has another name
-}
-
 TEST_F(ProcessesByNameTest, PauseTakesItsSecondWhateverSignalsCome) {
     static int signals = 0;
     signals = 0;

@@ -53,6 +53,8 @@ TEST_F(EndToEndShutdownTest, WaitForAProgramThatNeverEndsLeavesTheDaemonOpenToSi
         (void)Only("sleep");
         const std::string report = Query().output;
         EXPECT_NE(report.find("Keldra State:   Keldra_Not_Running\n"), std::string::npos) << report;
+        // The next check is overdue as long as this one lasts.
+        EXPECT_NE(report.find("Next Heartbeat Check:     0 (seconds)\n"), std::string::npos);
         ExpectGracefulEnd(SIGTERM);
     }
 }
