@@ -1,7 +1,5 @@
 #include "bench/BenchTerminal.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,29 +9,26 @@
 namespace Bench {
 
 namespace fs = std::filesystem;
-using Simulator::TerminalOptions;
 
 namespace {
-
-constexpr char kInside[] = "/tmp/";
 
 fs::path OwnDirectory() {
     return fs::read_symlink("/proc/self/exe").parent_path();
 }
 
-TerminalOptions Describe() {
+Simulator::TerminalOptions Describe(const std::string& library) {
     const fs::path build = OwnDirectory().parent_path();
-    TerminalOptions options;
+    Simulator::TerminalOptions options;
     options.monitorProgram = build / "monitor" / "keldra_monitor";
     options.standInDirectory = build / "simulator";
-    options.redirectLibrary = OwnDirectory() / "libopen_redirect.so";
+    options.redirectLibrary = OwnDirectory() / library;
     return options;
 }
 
 }  // namespace
 
 void Fail(const std::string& reason) {
-    (void)fprintf(stderr, "terminal_bench: %s\n", reason.c_str());
+    (void)fprintf(stderr, "daemon_bench: %s\n", reason.c_str());
     exit(2);
 }
 
@@ -45,53 +40,41 @@ long NumberAfter(const std::string& text, const std::string& label) {
     return strtol(text.c_str() + at + label.size(), nullptr, 10);
 }
 
-BenchTerminal::BenchTerminal() : terminal_(Describe()) {
+BenchTerminal::BenchTerminal(const std::string& library) : terminal_(Describe(library)) {
     std::string reason;
     if (!terminal_.PowerOn(&reason)) {
         Fail("the terminal does not come up: " + reason);
     }
 }
 
-std::vector<std::string> BenchTerminal::Install(const std::string& program,
-                                                const std::vector<std::string>& arguments) {
-    std::error_code error;
-    const std::string inside = kInside + program;
-    fs::copy_file(OwnDirectory() / program, terminal_.Path(inside),
-                  fs::copy_options::overwrite_existing, error);
-    if (error) {
-        Fail("cannot install " + program + ": " + error.message());
-    }
-    std::vector<std::string> command = {
-        "/usr/bin/env", std::string("LD_PRELOAD=") + Simulator::kRedirectLibrary, inside};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    return command;
-}
-
-std::string BenchTerminal::RunInside(const std::vector<std::string>& command) {
-    const Simulator::CommandResult result = terminal_.Run(command);
+pid_t BenchTerminal::StartDaemon(const std::vector<std::string>& arguments) {
+    const Simulator::CommandResult result = terminal_.StartMonitor(arguments);
     if (result.status != 0) {
-        Fail(command.back() + " failed: " + result.output);
+        Fail("the daemon does not start: " + result.output);
     }
-    return result.output;
+    return Pid("keldra_monitor");
 }
 
-std::string BenchTerminal::Run(const std::string& program,
-                               const std::vector<std::string>& arguments) {
-    return RunInside(Install(program, arguments));
-}
-
-void BenchTerminal::Start(const std::string& program, const std::vector<std::string>& arguments) {
-    std::string line;
-    for (const std::string& word : Install(program, arguments)) {
-        line += word + " ";
+pid_t BenchTerminal::Start(const std::string& program, const std::vector<std::string>& arguments) {
+    std::error_code error;
+    const std::string inside = "/tmp/" + program;
+    fs::copy_file(OwnDirectory() / program, terminal_.Path(inside), error);
+    std::string line = std::string("LD_PRELOAD=") + Simulator::kRedirectLibrary + " " + inside;
+    for (const std::string& argument : arguments) {
+        line += " " + argument;
     }
-    (void)RunInside({"/bin/sh", "-c", line + ">/dev/null 2>&1 &"});
+    const auto result = terminal_.Run({"/bin/sh", "-c", line + " >/dev/null 2>&1 &"});
+    if (error || result.status != 0) {
+        Fail("cannot start " + program + ": " + error.message() + result.output);
+    }
+    Wait(0.1);  // the shell becomes the program
+    return Pid(program);
 }
 
 pid_t BenchTerminal::Pid(const std::string& name) const {
     const auto processes = terminal_.Processes(name);
-    if (processes.size() != 1) {
-        Fail(std::to_string(processes.size()) + " processes are called " + name);
+    if (processes.empty()) {
+        Fail("no process is called " + name);
     }
     return processes.front().pid;
 }
@@ -104,6 +87,12 @@ std::string BenchTerminal::ReadProc(pid_t pid, const std::string& name) const {
         Fail("cannot read " + name + " of process " + std::to_string(pid));
     }
     return text.str();
+}
+
+void BenchTerminal::Wait(double seconds) {
+    for (double end = terminal_.Seconds() + seconds; terminal_.Seconds() < end;) {
+        terminal_.Pump(static_cast<int>((end - terminal_.Seconds()) * 1000) + 1);
+    }
 }
 
 }  // namespace Bench

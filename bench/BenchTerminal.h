@@ -9,30 +9,27 @@
 
 namespace Bench {
 
-// A simulated terminal whose watchdog files add nothing to the cost of what uses them.
+// A simulated terminal with a preloaded library of ours in place of the simulator's, which tells
+// of every write and so would be measured as well.
 // Every operation ends the program with a message when it fails: there is nothing to measure then.
 class BenchTerminal {
 public:
-    BenchTerminal();
+    // `library`: its file name.
+    explicit BenchTerminal(const std::string& library);
 
     Simulator::SimulatedTerminal& Terminal() { return terminal_; }
 
-    // Runs a program of the benchmarks inside, with the redirection of the watchdog's files.
-    // Returns its output.
-    std::string Run(const std::string& program, const std::vector<std::string>& arguments);
-    // The same without waiting for its end.
-    void Start(const std::string& program, const std::vector<std::string>& arguments);
-    // The one process inside with this command name.
+    // Starts the daemon and returns its PID.
+    pid_t StartDaemon(const std::vector<std::string>& arguments);
+    // Starts a program of ours inside, with the library, and returns its PID.
+    pid_t Start(const std::string& program, const std::vector<std::string>& arguments);
+    // The oldest process with this command name.
     pid_t Pid(const std::string& name) const;
     // The file of that name below /proc/PID, as seen inside.
     std::string ReadProc(pid_t pid, const std::string& name) const;
+    void Wait(double seconds);
 
 private:
-    // Copies the program into the terminal. Returns the command line that runs it there.
-    std::vector<std::string> Install(const std::string& program,
-                                     const std::vector<std::string>& arguments);
-    std::string RunInside(const std::vector<std::string>& command);
-
     Simulator::SimulatedTerminal terminal_;
 };
 

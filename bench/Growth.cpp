@@ -1,51 +1,105 @@
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
 
 #include "bench/BenchTerminal.h"
 #include "bench/Measurements.h"
-#include "bench/Table.h"
+#include "bench/Row.h"
+#include "bench/inside/QuickTime.h"
 
 namespace Bench {
 
 namespace {
 
-constexpr int kEarly = 1000;
+constexpr double kPatienceSeconds = 120;  // for the checks between two stops
 
-std::string WithThousands(int number) {
-    std::string text = std::to_string(number);
-    for (int at = static_cast<int>(text.size()) - 3; at > 0; at -= 3) {
-        text.insert(static_cast<size_t>(at), ",");
+// What the daemon holds at a moment.
+struct Holdings {
+    long memoryKb = 0;  // of its own, not backed by a file
+    long descriptors = 0;
+    long zombies = 0;  // children that have ended and were not waited for
+};
+
+Holdings LookAt(BenchTerminal& bench, pid_t daemon) {
+    Holdings holdings;
+    holdings.memoryKb = NumberAfter(bench.ReadProc(daemon, "smaps_rollup"), "\nAnonymous:");
+    const std::string fds = bench.Terminal().Path("/proc/" + std::to_string(daemon) + "/fd");
+    holdings.descriptors = std::distance(std::filesystem::directory_iterator(fds), {});
+    for (const Simulator::Process& process : bench.Terminal().Processes()) {
+        holdings.zombies += process.parent == daemon && process.state == 'Z' ? 1 : 0;
     }
-    return text;
+    return holdings;
 }
 
-bool MeasureRoad(BenchTerminal& bench, const char* road, int checks) {
-    const std::string output =
-        bench.Run("check_loop", {road, std::to_string(kEarly), std::to_string(checks)});
-    const long heap = NumberAfter(output, "late heap") - NumberAfter(output, "early heap");
-    const long resident =
-        NumberAfter(output, "late resident") - NumberAfter(output, "early resident");
-    Row row;
-    row.figure = std::string("Growth up to check ") + WithThousands(checks) + ", " + road;
-    row.measured =
-        "heap " + std::to_string(heap) + " bytes, resident " + std::to_string(resident) + " KB";
-    row.floor = "check " + WithThousands(kEarly);
-    row.bar = "none";
-    row.met = heap <= 0 && resident <= 0;
-    Print(row);
-    return row.met;
+// Waits until the daemon has done its next checks and stopped.
+void AwaitStop(BenchTerminal& bench, pid_t daemon) {
+    const double deadline = bench.Terminal().Seconds() + kPatienceSeconds;
+    while (bench.ReadProc(daemon, "status").find("\nState:\tT") == std::string::npos) {
+        bench.Terminal().Pump(5);
+        if (bench.Terminal().Seconds() > deadline) {
+            Fail("the daemon does not get on with its checks");
+        }
+    }
+}
+
+// How many times Keldra has been started, as it tells itself.
+long Starts(BenchTerminal& bench) {
+    (void)bench.Terminal().Pump(0);
+    const auto& events = bench.Terminal().Events();
+    return std::count_if(events.begin(), events.end(), [](const Simulator::Event& event) {
+        return event.source == Simulator::Source::kKeldra && event.text.rfind("is up", 0) == 0;
+    });
+}
+
+// Lets the daemon do so many checks, and compares what it then holds with the first stop.
+bool MeasureRun(const char* what, BenchTerminal& bench, pid_t daemon, int checks) {
+    AwaitStop(bench, daemon);
+    const Holdings first = LookAt(bench, daemon);
+    for (int done = kChecksBetweenStops; done < checks; done += kChecksBetweenStops) {
+        (void)bench.Terminal().Signal(daemon, SIGCONT);
+        AwaitStop(bench, daemon);
+    }
+    const Holdings last = LookAt(bench, daemon);
+    const long memoryKb = last.memoryKb - first.memoryKb;
+    const long descriptors = last.descriptors - first.descriptors;
+    return PrintRow(memoryKb <= 0 && descriptors <= 0 && last.zombies == 0,
+                    "Growth, %s, check %d to %d | %ld KB, %ld descriptors, %ld zombies | - | none",
+                    what, kChecksBetweenStops, checks, memoryKb, descriptors, last.zombies);
+}
+
+// The first check finds no Keldra and starts it, and all is well from then on.
+bool MeasureHealthy(int checks) {
+    BenchTerminal bench("libquick_time.so");
+    const pid_t daemon = bench.StartDaemon({"-h", QUICK_HEARTBEAT_FILE});
+    const bool kept = MeasureRun("healthy", bench, daemon, checks);
+    if (Starts(bench) != 1) {
+        Fail("the checks were not healthy");
+    }
+    return kept;
+}
+
+// The heartbeat file is missing: Keldra counts as faulty, is ended and started at every check,
+// and the LED script runs. The service script starts no sshd, so it runs each time as well.
+bool MeasureFailing(int checks) {
+    BenchTerminal bench("libquick_time.so");
+    const pid_t daemon = bench.StartDaemon(
+        {"-h", "/tmp/no.heartbeat", "-S", "/bin/true", "-X", std::to_string(UINT32_MAX)});
+    const bool kept = MeasureRun("failing", bench, daemon, checks);
+    if (Starts(bench) != checks) {
+        Fail("Keldra was not started at every check");
+    }
+    return kept;
 }
 
 }  // namespace
 
-bool MeasureGrowth(int checks) {
-    BenchTerminal bench;
-    Simulator::SimulatedTerminal& terminal = bench.Terminal();
-    (void)terminal.Run({Simulator::kKeldraProgram, "-cp", "23"});
-    (void)terminal.Run({"/usr/sbin/service", "sshd", "start"});
-    (void)bench.Pid("keldra");
-    (void)bench.Pid("sshd");
-    const bool success = MeasureRoad(bench, "success", checks);
-    return MeasureRoad(bench, "failure", checks) && success;
+bool MeasureGrowth(int healthyChecks, int failingChecks) {
+    (void)fprintf(stderr, "bench: %d healthy checks\n", healthyChecks);
+    const bool healthy = MeasureHealthy(healthyChecks);
+    (void)fprintf(stderr, "bench: %d failing checks\n", failingChecks);
+    return MeasureFailing(failingChecks) && healthy;
 }
 
 }  // namespace Bench

@@ -1,16 +1,14 @@
-// The measurements. Each sets up a terminal of its own and prints its rows of the results; false
-// when a bar is missed.
+// The measurements. Each sets up terminals of its own and prints its rows; false when a promise is
+// broken.
 #pragma once
 
 namespace Bench {
 
-// The daemon at work, beside programs that do the least possible.
+// The daemon at work for so many seconds, beside programs that do the least possible.
 bool MeasureRunningDaemon(int seconds);
 
-// The memory of very many checks without waiting.
-bool MeasureGrowth(int checks);
-
-// Lookups by name among many processes.
-bool MeasureLookups();
+// What the daemon holds after so many checks: with a healthy Keldra, and with one that has to be
+// ended and started at every check.
+bool MeasureGrowth(int healthyChecks, int failingChecks);
 
 }  // namespace Bench

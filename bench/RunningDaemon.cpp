@@ -1,240 +1,180 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include <iterator>
 #include <vector>
 
 #include "bench/BenchTerminal.h"
 #include "bench/Measurements.h"
+#include "bench/Row.h"
 #include "bench/SystemCalls.h"
-#include "bench/Table.h"
 
 namespace Bench {
 
 namespace {
 
-using Simulator::SimulatedTerminal;
 using Simulator::Source;
 
-constexpr double kCpuBar = 1.25;    // times the floor
-constexpr long kMemoryBarKb = 250;  // above the floor
-constexpr int kPatienceSeconds = 30;
+constexpr double kCpuBar = 1.25;     // times the C program
+constexpr double kWakeUpsBar = 1.5;  // for each check
+constexpr long kMemoryBarKb = 250;   // above the idle program
+constexpr double kPatienceSeconds = 30;
+constexpr double kHalfPeriod = 0.5;  // seconds
 // The cost of the same check differs by a third from one start of the programs to the next.
-constexpr int kStarts = 4;
-constexpr double kSettleSeconds = 3;
-constexpr double kBetweenChecks = 0.2;  // seconds after one check and well before the next
+constexpr int kStarts = 7;
+// Arming the watchdog takes so many writes, and a healthy check writes nothing else.
+constexpr long kWritesPerCheck = 7;
 
-// Of one process, since its start.
-struct Sample {
+// What one process has used, as the kernel counts it.
+struct Usage {
     double cpuUs = 0;  // user and system
     long wakeUps = 0;  // how often it stopped waiting
+    long checks = 0;
 
-    Sample& operator+=(const Sample& other) {
-        cpuUs += other.cpuUs;
-        wakeUps += other.wakeUps;
-        return *this;
-    }
+    double CpuOfACheck() const { return cpuUs / static_cast<double>(checks); }
 };
 
-Sample TakeSample(const BenchTerminal& bench, pid_t pid) {
-    Sample sample;
-    sample.cpuUs = strtod(bench.ReadProc(pid, "schedstat").c_str(), nullptr) / 1000;
-    sample.wakeUps = NumberAfter(bench.ReadProc(pid, "status"), "\nvoluntary_ctxt_switches:");
-    return sample;
+Usage UsageSinceStart(const BenchTerminal& bench, pid_t pid) {
+    Usage usage;
+    usage.cpuUs = strtod(bench.ReadProc(pid, "schedstat").c_str(), nullptr) / 1000;
+    usage.wakeUps = NumberAfter(bench.ReadProc(pid, "status"), "\nvoluntary_ctxt_switches:");
+    usage.checks = NumberAfter(bench.ReadProc(pid, "io"), "syscw:") / kWritesPerCheck;
+    return usage;
 }
 
-void Wait(BenchTerminal& bench, double seconds) {
-    SimulatedTerminal& terminal = bench.Terminal();
-    for (double end = terminal.Seconds() + seconds; terminal.Seconds() < end;) {
-        terminal.Pump(static_cast<int>((end - terminal.Seconds()) * 1000) + 1);
-    }
+Usage operator-(const Usage& end, const Usage& begin) {
+    return {end.cpuUs - begin.cpuUs, end.wakeUps - begin.wakeUps, end.checks - begin.checks};
 }
 
-void WaitForCheck(BenchTerminal& bench, pid_t daemon) {
-    const long before = TakeSample(bench, daemon).wakeUps;
-    while (TakeSample(bench, daemon).wakeUps == before) {
-        (void)usleep(5000);
-    }
-}
-
-// The daemon's own count, from its status report: every timer that expired was a check.
-long Checks(BenchTerminal& bench, pid_t daemon) {
-    const std::string path = bench.Terminal().Path(Simulator::kStatusFile);
-    (void)unlink(path.c_str());
-    (void)bench.Terminal().Signal(daemon, SIGUSR1);
-    Wait(bench, kBetweenChecks);
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    const std::string report = text.str();
-    const size_t end = report.find(" Timers Expired\n");
-    if (end == std::string::npos) {
-        Fail("the daemon does not report its status");
-    }
-    return NumberAfter(report.substr(report.rfind('\n', end), end), "\n");
-}
-
-// What both have spent in the same interval.
-struct Interval {
-    Sample daemon;
-    Sample floor;
-    long checks = 0;  // by the daemon
+// One start of the daemon and of what it is compared with.
+struct Start {
+    BenchTerminal bench{"libopen_redirect.so"};
+    pid_t daemon = 0;
+    pid_t floor = 0;
+    pid_t idle = 0;
 };
 
-Sample Difference(const Sample& end, const Sample& begin) {
-    return {end.cpuUs - begin.cpuUs, end.wakeUps - begin.wakeUps};
+std::string StatFile(const BenchTerminal& bench, const std::string& process) {
+    return "/proc/" + std::to_string(bench.Pid(process)) + "/stat";
 }
 
-// Begins and ends between two checks. The status requests lie outside, and the first one a whole
-// check earlier: the wait that it cuts short is not like the others.
-Interval Measure(BenchTerminal& bench, pid_t daemon, pid_t floor, int seconds) {
-    WaitForCheck(bench, daemon);
-    const long checks = Checks(bench, daemon) + 1;
-    WaitForCheck(bench, daemon);
-    Wait(bench, kBetweenChecks);
-    const Sample daemonBegin = TakeSample(bench, daemon);
-    const Sample floorBegin = TakeSample(bench, floor);
-    Wait(bench, seconds);
-    Interval interval;
-    interval.daemon = Difference(TakeSample(bench, daemon), daemonBegin);
-    interval.floor = Difference(TakeSample(bench, floor), floorBegin);
-    interval.checks = Checks(bench, daemon) - checks;
-    return interval;
-}
-
-double Ratio(const Interval& interval) {
-    // The floor waits once for each of its checks.
-    return interval.daemon.cpuUs / static_cast<double>(interval.checks) /
-           (interval.floor.cpuUs / static_cast<double>(interval.floor.wakeUps));
-}
-
-Interval Sum(const std::vector<Interval>& intervals) {
-    Interval sum;
-    for (const Interval& interval : intervals) {
-        sum.daemon += interval.daemon;
-        sum.floor += interval.floor;
-        sum.checks += interval.checks;
-    }
-    return sum;
-}
-
-bool PrintCpu(const std::vector<Interval>& intervals) {
-    const Interval sum = Sum(intervals);
-    const double ratio = Ratio(sum);
-    const auto [least, most] = std::minmax_element(
-        intervals.begin(), intervals.end(),
-        [](const Interval& a, const Interval& b) { return Ratio(a) < Ratio(b); });
-    Row row;
-    row.figure = "CPU of one check, mean of " + std::to_string(sum.checks) + " in " +
-                 std::to_string(intervals.size()) + " starts";
-    row.measured = Fixed(sum.daemon.cpuUs / static_cast<double>(sum.checks), 1) + " µs, " +
-                   Fixed(ratio, 2) + " times (" + Fixed(Ratio(*least), 2) + " to " +
-                   Fixed(Ratio(*most), 2) + ")";
-    row.floor = Fixed(sum.floor.cpuUs / static_cast<double>(sum.floor.wakeUps), 1) +
-                " µs, a C program's, mean of " + std::to_string(sum.floor.wakeUps);
-    row.bar = "at most " + Fixed(kCpuBar, 2) + " times";
-    row.met = ratio <= kCpuBar;
-    Print(row);
-    return row.met;
-}
-
-bool PrintWakeUps(const Interval& interval) {
-    Row row;
-    row.figure = "Wake-ups while nothing happens";
-    row.measured = std::to_string(interval.daemon.wakeUps);
-    row.floor = std::to_string(interval.checks) + " heartbeats";
-    row.bar = "one per heartbeat";
-    row.met = interval.daemon.wakeUps == interval.checks;
-    Print(row);
-    return row.met;
-}
-
-bool PrintMemory(const char* what, long daemonKb, long idleKb) {
-    Row row;
-    row.figure = what;
-    row.measured =
-        std::to_string(daemonKb) + " KB, " + std::to_string(daemonKb - idleKb) + " KB more";
-    row.floor = std::to_string(idleKb) + " KB, a C++ program that waits";
-    row.bar = "at most " + std::to_string(kMemoryBarKb) + " KB more";
-    row.met = daemonKb - idleKb <= kMemoryBarKb;
-    Print(row);
-    return row.met;
-}
-
-bool CompareMemory(const BenchTerminal& bench, pid_t daemon, pid_t idle) {
-    const std::string daemonMap = bench.ReadProc(daemon, "smaps_rollup");
-    const std::string idleMap = bench.ReadProc(idle, "smaps_rollup");
-    const auto uss = [](const std::string& map) {
-        return NumberAfter(map, "Private_Clean:") + NumberAfter(map, "Private_Dirty:");
-    };
-    const bool ussMet = PrintMemory("Memory of its own (USS)", uss(daemonMap), uss(idleMap));
-    return PrintMemory("Memory with its share (PSS)", NumberAfter(daemonMap, "\nPss:"),
-                       NumberAfter(idleMap, "\nPss:")) &&
-           ussMet;
-}
-
-// The floor is one only when it does what the daemon does.
-bool CompareSystemCalls(BenchTerminal& bench, pid_t daemon, pid_t floor) {
-    const auto ofDaemon = TraceOneCheck(bench, daemon);
-    const auto ofFloor = TraceOneCheck(bench, floor);
-    Row row;
-    row.figure = "System calls of one check";
-    row.measured = std::to_string(ofDaemon.size()) + " and the wait";
-    row.floor = std::to_string(ofFloor.size()) + " and the wait";
-    row.bar = "the same, in the same order";
-    row.met = !ofDaemon.empty() && ofDaemon == ofFloor;
-    if (ofDaemon.empty() || ofFloor.empty()) {
-        row.measured = "not traced";
-    }
-    Print(row);
-    for (size_t i = 0; !row.met && i < std::max(ofDaemon.size(), ofFloor.size()); ++i) {
-        (void)fprintf(stderr, "%-60s %s\n", i < ofDaemon.size() ? ofDaemon[i].c_str() : "-",
-                      i < ofFloor.size() ? ofFloor[i].c_str() : "-");
-    }
-    return row.met;
-}
-
-struct Pids {
-    pid_t daemon;
-    pid_t floor;
-    pid_t idle;
-};
-
-Pids StartSideBySide(BenchTerminal& bench) {
-    if (bench.Terminal().StartMonitor({"-t", "1"}).status != 0 ||
-        !bench.Terminal().Await(Source::kLog, "Keldra started responding", kPatienceSeconds)) {
+void StartSideBySide(Start& start) {
+    BenchTerminal& bench = start.bench;
+    start.daemon = bench.StartDaemon({"-t", "1"});
+    if (!bench.Terminal().Await(Source::kLog, "Keldra started responding", kPatienceSeconds)) {
         Fail("the daemon does not bring Keldra up");
     }
-    const pid_t daemon = bench.Pid("keldra_monitor");
-    bench.Start("idle_program", {});
+    start.idle = bench.Start("idle_program", {});
     // Half a period apart, so that neither finds the caches that the other has warmed.
-    WaitForCheck(bench, daemon);
-    Wait(bench, 0.5);
-    bench.Start("floor_check", {Simulator::kHeartbeatFile, std::to_string(bench.Pid("keldra")),
-                                std::to_string(bench.Pid("sshd"))});
-    Wait(bench, kSettleSeconds);
-    return {daemon, bench.Pid("floor_check"), bench.Pid("idle_program")};
+    const long wakeUps = UsageSinceStart(bench, start.daemon).wakeUps;
+    while (UsageSinceStart(bench, start.daemon).wakeUps == wakeUps) {
+        (void)usleep(5000);
+    }
+    bench.Wait(kHalfPeriod);
+    start.floor = bench.Start("floor_check", {Simulator::kHeartbeatFile, StatFile(bench, "keldra"),
+                                              StatFile(bench, "sshd")});
+    bench.Wait(2);
+}
+
+// What both have used in the same seconds.
+struct Comparison {
+    Usage daemon;
+    Usage floor;
+};
+
+Comparison Watch(Start& start, double seconds) {
+    const Usage daemon = UsageSinceStart(start.bench, start.daemon);
+    const Usage floor = UsageSinceStart(start.bench, start.floor);
+    start.bench.Wait(seconds);
+    const Comparison comparison = {UsageSinceStart(start.bench, start.daemon) - daemon,
+                                   UsageSinceStart(start.bench, start.floor) - floor};
+    if (comparison.daemon.checks == 0 || comparison.floor.checks == 0) {
+        Fail("nobody arms the watchdog");
+    }
+    return comparison;
+}
+
+// Of all starts, one value each: in ascending order.
+template <typename Value>
+std::vector<double> Sorted(const std::vector<Comparison>& starts, const Value& value) {
+    std::vector<double> values;
+    std::transform(starts.begin(), starts.end(), std::back_inserter(values), value);
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+// The middle one counts: other work on the machine can make a single start look bad.
+bool PrintCpu(const std::vector<Comparison>& starts) {
+    const size_t middle = starts.size() / 2;
+    const auto daemon = Sorted(starts, [](const auto& s) { return s.daemon.CpuOfACheck(); });
+    const auto floor = Sorted(starts, [](const auto& s) { return s.floor.CpuOfACheck(); });
+    const auto ratio = Sorted(
+        starts, [](const auto& s) { return s.daemon.CpuOfACheck() / s.floor.CpuOfACheck(); });
+    return PrintRow(ratio[middle] <= kCpuBar,
+                    "CPU of one check, median of %zu starts | %.0f µs, %.2f times (%.2f to %.2f) | "
+                    "%.0f µs, the same system calls in C | at most %.2f times",
+                    starts.size(), daemon[middle], ratio[middle], ratio.front(), ratio.back(),
+                    floor[middle], kCpuBar);
+}
+
+bool PrintWakeUps(const std::vector<Comparison>& starts) {
+    long wakeUps = 0;
+    long checks = 0;
+    for (const Comparison& start : starts) {
+        wakeUps += start.daemon.wakeUps;
+        checks += start.daemon.checks;
+    }
+    return PrintRow(static_cast<double>(wakeUps) <= kWakeUpsBar * static_cast<double>(checks),
+                    "Wake-ups | %ld | %ld checks | at most %.1f for each check", wakeUps, checks,
+                    kWakeUpsBar);
+}
+
+long OwnKb(const BenchTerminal& bench, pid_t pid) {
+    const std::string map = bench.ReadProc(pid, "smaps_rollup");
+    return NumberAfter(map, "Private_Clean:") + NumberAfter(map, "Private_Dirty:");
+}
+
+bool PrintMemory(const Start& start) {
+    const long daemon = OwnKb(start.bench, start.daemon);
+    const long idle = OwnKb(start.bench, start.idle);
+    return PrintRow(daemon - idle <= kMemoryBarKb,
+                    "Memory of its own | %ld KB, %ld KB more | %ld KB, a C++ program that waits | "
+                    "at most %ld KB more",
+                    daemon, daemon - idle, idle, kMemoryBarKb);
+}
+
+// The C program is a measure only when it does what the daemon does.
+bool PrintSystemCalls(Start& start) {
+    const auto daemon = TraceOneCheck(start.bench, start.daemon);
+    const auto floor = TraceOneCheck(start.bench, start.floor);
+    const bool same = daemon == floor;
+    for (size_t i = 0; !same && i < std::max(daemon.size(), floor.size()); ++i) {
+        (void)fprintf(stderr, "%-72s %s\n", i < daemon.size() ? daemon[i].c_str() : "-",
+                      i < floor.size() ? floor[i].c_str() : "-");
+    }
+    return PrintRow(same,
+                    "System calls of one check | %zu and the wait | %zu and the wait, in C | the "
+                    "same, in the same order",
+                    daemon.size(), floor.size());
 }
 
 }  // namespace
 
 bool MeasureRunningDaemon(int seconds) {
-    std::vector<Interval> intervals;
+    std::vector<Comparison> starts;
     while (true) {
-        BenchTerminal bench;
-        const Pids pids = StartSideBySide(bench);
-        intervals.push_back(Measure(bench, pids.daemon, pids.floor, seconds / kStarts));
-        if (intervals.size() < size_t{kStarts}) {
-            continue;
+        (void)fprintf(stderr, "bench: start %zu of %d\n", starts.size() + 1, kStarts);
+        Start start;
+        StartSideBySide(start);
+        starts.push_back(Watch(start, static_cast<double>(seconds) / kStarts));
+        if (starts.size() == size_t{kStarts}) {
+            bool kept = PrintCpu(starts);
+            kept = PrintWakeUps(starts) && kept;
+            kept = PrintMemory(start) && kept;
+            return PrintSystemCalls(start) && kept;
         }
-        const bool cpuMet = PrintCpu(intervals);
-        const bool wakeUpsMet = PrintWakeUps(Sum(intervals));
-        const bool memoryMet = CompareMemory(bench, pids.daemon, pids.idle);
-        return CompareSystemCalls(bench, pids.daemon, pids.floor) && cpuMet && wakeUpsMet &&
-               memoryMet;
     }
 }
 

@@ -1,7 +1,5 @@
 #include "bench/SystemCalls.h"
 
-#include <unistd.h>
-
 #include <fstream>
 #include <regex>
 
@@ -9,42 +7,27 @@ namespace Bench {
 
 namespace {
 
-constexpr char kStrace[] = "/usr/bin/strace";
-constexpr char kTraceFile[] = "/tmp/trace";
-constexpr char kSeconds[] = "3.5";  // at least two whole checks
+// Long enough for two whole checks.
+const std::string kTrace = "timeout 3.5 strace -a 1 -s 0 -o /tmp/trace -p ";
 
-// What makes a call the same call: its name, the flags of an open, the bytes moved.
-std::string Canonical(const std::string& line) {
-    static const std::regex open(R"re(^openat\([^,]*, ("[^"]*", [A-Z_|]*).*)re");
-    static const std::regex transfer(R"re(^(read|write)\(\d+, .*\) += (-?\d+).*)re");
-    static const std::regex other(R"re(^(\w+)\(.*)re");
-    std::smatch match;
-    if (std::regex_match(line, match, open)) {
-        return "openat " + match[1].str();
-    }
-    if (std::regex_match(line, match, transfer)) {
-        return match[1].str() + " " + match[2].str();
-    }
-    return std::regex_match(line, match, other) ? match[1].str() : "";
+// Without the descriptors: the first argument, and what an open returns.
+std::string WithoutDescriptors(const std::string& line) {
+    static const std::regex argument(R"(^(\w+)\(\d+)");
+    static const std::regex opened(R"(^(openat.*) += \d+$)");
+    return std::regex_replace(std::regex_replace(line, argument, "$1("), opened, "$1");
 }
 
 }  // namespace
 
 std::vector<std::string> TraceOneCheck(BenchTerminal& bench, pid_t pid) {
-    if (access(kStrace, X_OK) != 0) {
-        return {};
-    }
-    (void)bench.Terminal().Run(
-        {"/usr/bin/timeout", kSeconds, kStrace, "-o", kTraceFile, "-p", std::to_string(pid)});
-    std::ifstream trace(bench.Terminal().Path(kTraceFile));
+    const auto result = bench.Terminal().Run({"/bin/sh", "-c", kTrace + std::to_string(pid)});
+    std::ifstream trace(bench.Terminal().Path("/tmp/trace"));
     std::vector<std::string> check;
     std::vector<std::string> whole;
-    std::string line;
     bool waited = false;
-    while (std::getline(trace, line)) {
-        const std::string call = Canonical(line);
-        if (call != "epoll_pwait") {
-            check.push_back(call);
+    for (std::string line; std::getline(trace, line);) {
+        if (line.rfind("epoll_pwait", 0) != 0) {
+            check.push_back(WithoutDescriptors(line));
             continue;
         }
         // What came before the first wait is the tail of a check, and a wait may come in two.
@@ -53,6 +36,9 @@ std::vector<std::string> TraceOneCheck(BenchTerminal& bench, pid_t pid) {
         }
         waited = true;
         check.clear();
+    }
+    if (whole.empty()) {
+        Fail("no check has been traced: " + result.output);
     }
     return whole;
 }

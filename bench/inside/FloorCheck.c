@@ -1,14 +1,13 @@
 /* The least that a check can cost: the system calls of a check by the daemon, in its order and
  * with its arguments, once a second, and nothing else.
  *
- *   floor_check HEARTBEAT_FILE KELDRA_PID SSHD_PID */
+ *   floor_check HEARTBEAT_FILE STAT_FILE_OF_KELDRA STAT_FILE_OF_SSHD */
 #include <fcntl.h>
 #include <signal.h>
-#include <stdio.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 
-enum { kEvents = 128, kStatSize = 128, kPathSize = 64, kFiles = 7, kPeriodMs = 1000 };
+enum { kEvents = 128, kStatSize = 128, kFiles = 7, kPeriodMs = 1000 };
 
 static const char* const kControlFiles[kFiles] = {
     "/proc/cpld/watchdog/intial-cnt0", "/proc/cpld/watchdog/intial-cnt1",
@@ -46,23 +45,19 @@ static int ArmWatchdog(void) {
 }
 
 int main(int argc, char** argv) {
-    char keldra[kPathSize];
-    char sshd[kPathSize];
     struct epoll_event events[kEvents];
     sigset_t none;
     if (argc != 4) {
         return 2;
     }
-    snprintf(keldra, sizeof(keldra), "/proc/%s/stat", argv[2]);
-    snprintf(sshd, sizeof(sshd), "/proc/%s/stat", argv[3]);
     sigemptyset(&none);
     const int epollFd = epoll_create(1);
     for (;;) {
         epoll_pwait(epollFd, events, kEvents, kPeriodMs, &none);
         /* A call that fails costs less than one that succeeds: such a floor would be none. */
         if (!ReadFile(argv[1], O_RDONLY | O_NONBLOCK | O_SYNC, 4) ||
-            !ReadFile(keldra, O_RDONLY | O_CLOEXEC, kStatSize) || !ArmWatchdog() ||
-            !ReadFile(sshd, O_RDONLY | O_CLOEXEC, kStatSize)) {
+            !ReadFile(argv[2], O_RDONLY | O_CLOEXEC, kStatSize) || !ArmWatchdog() ||
+            !ReadFile(argv[3], O_RDONLY | O_CLOEXEC, kStatSize)) {
             return 1;
         }
     }
