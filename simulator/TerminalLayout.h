@@ -22,6 +22,8 @@ constexpr char kFirstProcessRuns[] = "the first process runs\n";
 constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
 // A file of this name with the PID appended orders that Keldra to misbehave.
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";
+// While this holds anything, a Keldra that is started waits.
+constexpr char kKeldraWaits[] = "/run/simulator/keldra.waits";
 // While one of these holds an exit status, the stand-in of that name fails with it.
 constexpr char kKeldraRefuses[] = "/run/simulator/keldra.fails";
 constexpr char kServiceFails[] = "/run/simulator/service.fails";

@@ -1,10 +1,13 @@
 // Shows the daemon at work in a simulated terminal: a fixed story, or whatever the user wants to
 // happen. Exit status: 0 as expected, 1 something else was seen, 2 wrong use, 3 no terminal here.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
+#include "board/BoardTerminal.h"
+#include "board/OnlyHere.h"
 #include "simulator/SimulatedTerminal.h"
 #include "simulator/demo/Interactive.h"
 #include "simulator/demo/ResultTable.h"
@@ -21,6 +24,11 @@ struct Arguments {
     std::string keldra;
     unsigned heartbeat = 1;
     std::string times;
+    bool target = false;
+
+    // So many times sooner than it says the board's watchdog bites: the longer the heartbeat
+    // timeout, the less, for a check is to come well before the bite.
+    unsigned Divisor() const { return std::max(1U, 20 / heartbeat); }
 };
 
 bool Parse(int argc, char** argv, Arguments* arguments) {
@@ -34,6 +42,8 @@ bool Parse(int argc, char** argv, Arguments* arguments) {
             arguments->heartbeat = static_cast<unsigned>(strtoul(argv[i], nullptr, 10));
         } else if (word == "--times" && ++i < argc) {
             arguments->times = argv[i];
+        } else if (word == "--target") {
+            arguments->target = true;
         } else {
             return false;
         }
@@ -43,6 +53,10 @@ bool Parse(int argc, char** argv, Arguments* arguments) {
 
 std::unique_ptr<Terminal> Build(const Arguments& arguments) {
     const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+    if (arguments.target) {
+        const fs::path board = here.parent_path().parent_path() / "board";
+        return std::make_unique<Board::BoardTerminal>(board, arguments.Divisor());
+    }
     TerminalOptions options;
     options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
     options.standInDirectory = here;
@@ -52,9 +66,14 @@ std::unique_ptr<Terminal> Build(const Arguments& arguments) {
 
 int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
     // Far beyond what any step needs: a slow machine is late, not wrong.
-    const double patience = 45 + 4.0 * arguments.heartbeat;
+    const double patience = 45 + 4.0 * arguments.heartbeat + 300.0 / arguments.Divisor();
+    auto scenes = LifeOfATerminal(patience);
+    if (arguments.target) {
+        const auto more = Board::OnlyHere(arguments.Divisor(), arguments.heartbeat, patience);
+        scenes.insert(scenes.end() - 1, more.begin(), more.end());
+    }
     Story story(terminal, &printer, patience);
-    const bool passed = story.Tell(LifeOfATerminal(patience));
+    const bool passed = story.Tell(scenes);
     printer.Heading("the story in short");
     PrintTable(printer, story.Situations(), arguments.heartbeat);
     char line[80];

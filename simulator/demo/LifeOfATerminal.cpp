@@ -32,12 +32,6 @@ Scene::Action Crash(std::string (*change)(Terminal*)) {
     };
 }
 
-bool StrikeSince(const Terminal& terminal, size_t event) {
-    const auto& events = terminal.Events();
-    return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(event), events.end(),
-                       [](const Event& e) { return e.text.find("Strike ") == 0; });
-}
-
 // A machine that stood still for a heartbeat gets another chance.
 std::string NoStrike(Terminal* terminal, double patience) {
     for (int chance = 0; chance < 3; ++chance) {
@@ -73,6 +67,12 @@ std::string ReportSaysOkay(Terminal* terminal) {
 }
 
 }  // namespace
+
+bool StrikeSince(const Terminal& terminal, size_t event) {
+    const auto& events = terminal.Events();
+    return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(event), events.end(),
+                       [](const Event& e) { return e.text.find("Strike ") == 0; });
+}
 
 std::vector<Scene> LifeOfATerminal(double patience) {
     const std::vector<Step> restart = {Log("Strike 1!"), Log(kStart), kRecovered};

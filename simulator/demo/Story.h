@@ -45,6 +45,9 @@ struct Situation {
 // Nothing in it is waited for longer than `patience` seconds.
 std::vector<Scene> LifeOfATerminal(double patience);
 
+// Whether there was a strike among the events from that one on.
+bool StrikeSince(const Terminal& terminal, size_t event);
+
 // Plays scenes, on a terminal on which the daemon has just been started, and keeps what was seen.
 // Each step is waited for, at most `patience` seconds; the first surprise ends the story.
 class Story {

@@ -89,6 +89,9 @@ int main(int argc, char** argv) {
     sigemptyset(&quit);
     sigaddset(&quit, SIGQUIT);
     (void)sigprocmask(SIG_BLOCK, &quit, nullptr);
+    while (std::ifstream(kKeldraWaits).get() != EOF) {
+        (void)usleep(10000);
+    }
     // keldra -cp 23 [-cfg FILE]
     const std::string optionsFile = argc == 5 ? argv[4] : "";
     std::string text = optionsFile.empty() ? "is up" : "is up, options " + optionsFile;
