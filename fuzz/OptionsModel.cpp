@@ -19,7 +19,7 @@ Json::Value Replaced(const Json::Value& old, const Json::Value& source) {
     constexpr auto kSameLine = Json::commentAfterOnSameLine;
     Json::Value result(source);
     if (!source.hasComment(kSameLine) && old.hasComment(kSameLine)) {
-        result.setComment(old.getComment(kSameLine), kSameLine);
+        result.setComment(old.getComment(kSameLine) + "\n", kSameLine);  // which is dropped
     }
     return result;
 }

@@ -14,7 +14,7 @@ using Quenda::JsonValue::NestsDeeperThan;
 constexpr unsigned kMaxDepth = 5;  // of what is drawn value by value
 
 constexpr const char* kNames[] = {"a", "b", "id", "list", "name", ""};
-constexpr const char* kTexts[] = {"0x1F", "017", " 42abc", "-2147483649", "1e999", "nan", "true"};
+constexpr const char* kTexts[] = {"0x1F", "017", " 42abc", "-2147483649", "1e999", "nan", "\n\n"};
 constexpr double kReals[] = {-0.5, 4294967295.5, HUGE_VAL, NAN};
 constexpr unsigned kDepths[] = {1, kMaxNesting - 1, kMaxNesting, kMaxNesting + 1, 10000};
 

@@ -27,7 +27,9 @@ TEST_F(HeartbeatTimerBaseTest, TimeoutsThatReloadAcceptsAndRejects) {
         EXPECT_EQ(timer_.GetTimeout(), static_cast<uint32_t>(timeout));
     }
     ASSERT_TRUE(timer_.Start());
-    for (const int timeout : {0, -1, -1}) {  // the same again is not skipped
+    EXPECT_TRUE(Reload(4294968));
+    EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);  // 704 ms are left in 32 bits
+    for (const int timeout : {0, -1, -1}) {         // the same again is not skipped
         Capture log(2);
         EXPECT_FALSE(Reload(timeout)) << timeout;
         EXPECT_EQ(log.Stop(),
@@ -36,6 +38,8 @@ TEST_F(HeartbeatTimerBaseTest, TimeoutsThatReloadAcceptsAndRejects) {
         EXPECT_EQ(timer_.GetTimeout(), 10U);
         EXPECT_FALSE(timer_.IsActive());
     }
+    EXPECT_TRUE(Reload(4294968));  // those that were applied before are not skipped either
+    EXPECT_EQ(timer_.GetTimeout(), 4294968U);
 }
 
 TEST_F(HeartbeatTimerBaseTest, ReloadRestartsOnlyAnActiveTimerAndSkipsEqualOptions) {

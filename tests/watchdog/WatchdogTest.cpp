@@ -125,6 +125,12 @@ TEST_F(WatchdogTest, EnabledIsTheFirstOfTwoBytes) {
     EXPECT_EQ(IsEnabled(nullptr), "4 wdIsEnabled (299) : WD_NULL_POINTER");
 }
 
+TEST(WatchdogErrorTest, TextIsCutToTheBuffer) {
+    char text[10];
+    EXPECT_EQ(wdFormatError("wdStart", 7, 25, text, sizeof(text)), WD_DB_OK);
+    EXPECT_STREQ(text, "wdStart ");
+}
+
 TEST_F(WatchdogTest, StepsTakeDescriptorZeroForOneThatIsNotOpenAndTraceAtLevelNine) {
     uint32_t error = 12;
     EXPECT_EQ(wdSetWatchdogTime(45, {1, 2, 3, 4, 0, 6, 0, 7}, &error), WD_INV_FD_DESC);

@@ -126,4 +126,11 @@ TEST_F(EventLoopTest, HandlersOutliveTheirLoop) {
     EXPECT_EQ(OpenDescriptors().size(), before_.size() + 1);
 }
 
+TEST_F(EventLoopTest, ConsoleClampsItsNumbers) {
+    const char* const words[] = {"sleep", "-99999999999"};
+    StringWritable out;
+    loop_.DebugCommand(&out, 2, words);
+    EXPECT_EQ(out.Text(), "Sleeping for -2147483648 milliseconds.\n");
+}
+
 }  // namespace

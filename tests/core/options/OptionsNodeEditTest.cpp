@@ -93,6 +93,14 @@ TEST(OptionsNodeEditTest, ArrayWithGapsIsCutToItsSize) {
     EXPECT_EQ(gaps.size(), 3U);
 }
 
+TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
+    Edit node;
+    Edit copy(node);
+    EXPECT_TRUE(copy.SetLeaf("a", -1.5, nullptr));
+    EXPECT_EQ(Text(node.Value()), "null");
+    EXPECT_EQ(Text(copy.Value()), "{'a':-1.5}");
+}
+
 TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     Json::Value document = J("{'a':{'b':{'c':1}},'n':null}");
     bool modified = false;

@@ -37,7 +37,13 @@ TEST(WallClockTest, FloorIsNotAfterTheTimeAndNextIsStrictlyAfterIt) {
     EXPECT_EQ(FloorToPeriod({7, 1999}, -60000).microseconds, 1000);  // counts as 1 ms
 }
 
-TEST(WallClockTest, TimesAreWrittenInUtcAndReadAsLocalTimeBeyond32Bits) {
+TEST(WallClockTest, FormatsSecondsAsUnsigned) {
+    char text[20];
+    EXPECT_EQ(FormatSeconds({-1, 1999}, text, sizeof(text)), 17);
+    EXPECT_STREQ(text, "4294967295.000001");
+}
+
+TEST(WallClockTest, WritesUtcAndReadsLocalTimeBeyond32Bits) {
     setenv("TZ", "EST5", 1);
     tzset();
     time_t time = 0;

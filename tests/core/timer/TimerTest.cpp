@@ -80,20 +80,21 @@ TEST_F(TimerTest, CallbackMayStopOrDestroyItsOwnTimer) {
 
 TEST_F(TimerTest, CallbackMayStopRestartDestroyOrAddOthers) {
     auto destroyed = std::make_unique<Shot>("d", Note("d"));
-    Shot stopped("s", Note("s")), moved("m", Note("m")), added("a", Note("a"));
+    Shot untouched("u", Note("u")), stopped("s", Note("s"));
+    Shot moved("m", Note("m")), added("a", Note("a"));
     Shot first("f", Do([&](auto...) {
-                   destroyed.reset();
-                   stopped.Stop();
                    moved.StartAt({6, 0});
+                   stopped.Stop();
+                   destroyed.reset();
                    added.StartAt({4, 0});
                }));
-    for (Shot* timer : {&first, destroyed.get(), &stopped, &moved}) {
+    for (Shot* timer : {&first, &untouched, destroyed.get(), &stopped, &moved}) {
         timer->StartAt({5, 0});
     }
     keeper_.ProcessExpired({5, 0});
-    EXPECT_EQ(journal_, "a");  // due already when it was added: in the same pass
+    EXPECT_EQ(journal_, "au");  // what was due already when it was added: in the same pass
     keeper_.ProcessExpired({6, 0});
-    EXPECT_EQ(journal_, "am");
+    EXPECT_EQ(journal_, "aum");
 }
 
 TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {

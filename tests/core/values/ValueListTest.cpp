@@ -26,9 +26,11 @@ struct ValueListTest : testing::Test {
 TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
     const std::tuple<const char*, int32_t, uint32_t, double> cases[] = {
         {" \t-0X1F", -31, 4294967265U, -31.0},
+        {"017", 15, 15, 17.0},
         {"0b1", 0, 0, 0.0},
         {"-2147483649", INT32_MIN, INT32_MAX, -2147483649.0},
         {"4294967296", INT32_MAX, UINT32_MAX, 4294967296.0},
+        {"-4294967296", INT32_MIN, UINT32_MAX, -4294967296.0},
         {nullptr, 0, 0, 0.0},
     };
     for (const auto& [text, asInt, asUInt, asDouble] : cases) {
@@ -38,6 +40,7 @@ TEST_F(ValueListTest, TextsAreParsedByKindWithTheRangesOfA32BitLong) {
         EXPECT_EQ(list_.Find("file")->AsInt(), asInt) << text;
         EXPECT_EQ(list_.Find("limit")->AsInt(), asInt) << text;
         EXPECT_EQ(list_.Find("mask")->AsUInt(), asUInt) << text;
+        EXPECT_EQ(list_.Find("mask")->AsInt(), static_cast<int32_t>(asUInt)) << text;
         EXPECT_EQ(list_.Find("ratio")->AsDouble(), asDouble) << text;
     }
 }
