@@ -5,8 +5,6 @@
 namespace Simulator {
 
 enum class Source { kLog, kSimulator, kKeldra, kSshd, kLed, kWatchdog, kInit };
-constexpr Source kAllSources[] = {Source::kLog, Source::kSimulator, Source::kKeldra, Source::kSshd,
-                                  Source::kLed, Source::kWatchdog,  Source::kInit};
 
 // One thing that happened in the terminal, or that the simulator did to it.
 struct Event {

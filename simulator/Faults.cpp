@@ -33,9 +33,10 @@ std::string Order(Terminal* terminal, const std::string& fault) {
     return obstacle;
 }
 
-std::string PutInto(Terminal* terminal, const std::string& path, const std::string& text) {
-    const bool done = terminal->RunScript("echo '" + text + "' >" + path).status == 0;
-    return done ? "" : "cannot write " + path;
+std::string Change(Terminal* terminal, const std::string& note, const std::string& script) {
+    terminal->Note(note);
+    const CommandResult result = terminal->RunScript(script);
+    return result.status == 0 ? "" : result.output;
 }
 
 }  // namespace
@@ -57,28 +58,25 @@ std::string KillSshd(Terminal* terminal) {
 }
 
 std::string RefuseToStart(Terminal* terminal) {
-    terminal->Note("from now on Keldra cannot start");
-    if (terminal->HasStandInKeldra()) {
-        return PutInto(terminal, kKeldraRefuses, "3");
-    }
     // Without the right to be executed, no program starts.
-    (void)terminal->RunScript(std::string("chmod 0 ") + kKeldraProgram);
-    return "";
+    return Change(terminal, "from now on Keldra cannot start",
+                  terminal->HasStandInKeldra() ? std::string("echo 3 >") + kKeldraRefuses
+                                               : std::string("chmod 0 ") + kKeldraProgram);
 }
 
 std::string DamagePrimaryOptions(Terminal* terminal) {
-    terminal->Note("the primary options file is damaged now");
-    return PutInto(terminal, kPrimaryOptions, "damaged");
+    return Change(terminal, "the primary options file is damaged now",
+                  std::string("echo damaged >") + kPrimaryOptions);
 }
 
 std::string Repair(Terminal* terminal) {
-    terminal->Note("everything is repaired now");
-    if (!terminal->HasStandInKeldra()) {
-        (void)terminal->RunScript(std::string("chmod 755 ") + kKeldraProgram);
+    std::string script =
+        terminal->HasStandInKeldra() ? "" : std::string("chmod 755 ") + kKeldraProgram + "\n";
+    for (const char* file : {kKeldraRefuses, kServiceFails, kLedFails}) {
+        script += std::string(": >") + file + "\n";
     }
-    (void)terminal->RunScript(std::string(": >") + kKeldraRefuses + "; : >" + kServiceFails +
-                              "; : >" + kLedFails);
-    return PutInto(terminal, kPrimaryOptions, "{ \"options\": \"primary\" }");
+    script += std::string("echo '{ \"options\": \"primary\" }' >") + kPrimaryOptions;
+    return Change(terminal, "everything is repaired now", script);
 }
 
 }  // namespace Simulator

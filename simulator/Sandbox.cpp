@@ -1,16 +1,56 @@
 #include "simulator/Sandbox.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 
-#include "simulator/Command.h"
 #include "simulator/TerminalLayout.h"
 
 namespace Simulator {
+namespace {
+
+[[noreturn]] void Become(char** command, int output) {
+    // A daemon built with sanitizers is to put up with a preloaded library and to leave its
+    // reports behind.
+    static const char* const kEnvironment[] = {
+        "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
+        "ASAN_OPTIONS=verify_asan_link_order=0:log_path=/tmp/sanitizer",
+        "UBSAN_OPTIONS=print_stacktrace=1:log_path=/tmp/sanitizer", nullptr};
+    (void)setsid();
+    (void)!chdir("/");
+    (void)dup2(open("/dev/null", O_RDONLY), 0);
+    (void)dup2(output, 1);
+    (void)dup2(output, 2);
+    (void)close_range(3, ~0U, 0);
+    // A limit of one byte is what keeps a crash in the terminal from the machine's own crash
+    // handler; a limit of none would not.
+    const rlimit noDump = {1, 1};
+    (void)setrlimit(RLIMIT_CORE, &noDump);
+    (void)execvpe(command[0], command, const_cast<char**>(kEnvironment));
+    perror(command[0]);
+    _exit(127);
+}
+
+// Starts a program of the machine in a session of its own, with the environment of a terminal and
+// nothing of the simulator's open. Where there is no such program it ends with 127.
+pid_t Spawn(const std::vector<std::string>& command, int output) {
+    std::vector<char*> argv;
+    for (const auto& word : command) {
+        argv.push_back(const_cast<char*>(word.c_str()));
+    }
+    argv.push_back(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        Become(argv.data(), output);
+    }
+    return pid;
+}
+
+}  // namespace
 
 bool Sandbox::Open(const std::vector<std::string>& boot, std::string* reason) {
     int output[2] = {-1, -1};
@@ -45,7 +85,7 @@ void Sandbox::Close() {
     first_ = -1;
 }
 
-std::vector<std::string> Sandbox::Enter(const std::vector<std::string>& command) const {
+pid_t Sandbox::Start(const std::vector<std::string>& command, int output) const {
     std::vector<std::string> words = {"nsenter", "--target", std::to_string(first_), "--mount",
                                       "--pid"};
     if (geteuid() != 0) {
@@ -54,7 +94,7 @@ std::vector<std::string> Sandbox::Enter(const std::vector<std::string>& command)
     // A signal to the command's process group is not to reach nsenter.
     words.insert(words.end(), {"--", "setsid"});
     words.insert(words.end(), command.begin(), command.end());
-    return words;
+    return Spawn(words, output);
 }
 
 std::string Sandbox::Path(const std::string& inside) const {

@@ -22,8 +22,9 @@ public:
     // Kills everything inside and waits for its end.
     void Close();
 
-    // The command line that runs a command inside, by nsenter, as root.
-    std::vector<std::string> Enter(const std::vector<std::string>& command) const;
+    // Starts a command inside, as root, with its standard output and error going to `output`.
+    // Returns the PID of a process of the machine that ends as the command does, or -1.
+    pid_t Start(const std::vector<std::string>& command, int output) const;
     // The machine's path of a file inside; absolute symbolic links inside do not resolve.
     std::string Path(const std::string& inside) const;
 

@@ -17,11 +17,23 @@
 #include <filesystem>
 #include <fstream>
 
-#include "simulator/Command.h"
-
 namespace fs = std::filesystem;
 
 namespace Simulator {
+namespace {
+
+// Everything that can be read from `fd` by now.
+std::string ReadAvailable(int fd) {
+    std::string text;
+    std::array<char, 4096> chunk = {};
+    ssize_t count = 0;
+    while ((count = read(fd, chunk.data(), chunk.size())) > 0) {
+        text.append(chunk.data(), static_cast<size_t>(count));
+    }
+    return text;
+}
+
+}  // namespace
 
 bool SimulatedTerminal::Boot(std::string* reason) {
     const std::string& standIns = options_.standInDirectory;
@@ -71,7 +83,7 @@ CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
         return result;
     }
     (void)fcntl(output[1], F_SETFL, 0);  // the command's end waits, ours does not
-    const pid_t pid = Spawn(sandbox_.Enter(command), output[1]);
+    const pid_t pid = sandbox_.Start(command, output[1]);
     const int end = pid > 0 ? static_cast<int>(syscall(SYS_pidfd_open, pid, 0)) : -1;
     (void)close(output[1]);
     // What the command left running may keep its output open: its end is what counts.

@@ -54,6 +54,7 @@ std::optional<Event> Terminal::Await(Source source, const std::string& text, dou
     const double deadline = Seconds() + seconds;
     while (true) {
         size_t& next = next_[source];
+        next = std::max(next, mark_);
         while (next < events_.size()) {
             const Event& event = events_[next++];
             if (event.source == source && event.text.find(text) != std::string::npos) {
@@ -70,9 +71,7 @@ std::optional<Event> Terminal::Await(Source source, const std::string& text, dou
 
 void Terminal::Mark() {
     (void)Pump(0);
-    for (const Source source : kAllSources) {
-        next_[source] = events_.size();
-    }
+    mark_ = events_.size();
 }
 
 double Terminal::Seconds() const {

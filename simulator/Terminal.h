@@ -84,6 +84,7 @@ private:
     std::vector<Event> events_;
     // For each source, the first event that `Await` has not looked at.
     std::map<Source, size_t> next_;
+    size_t mark_ = 0;
     std::string lastOfWatchdog_;
     std::vector<std::string> monitorArguments_;
 };

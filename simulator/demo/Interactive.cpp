@@ -3,6 +3,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <functional>
@@ -45,7 +46,7 @@ struct Command {
     std::string word;
     const char* help;
     // Returns "" or the reason why it could not be done; without one the word is a fault's.
-    std::function<std::string(Terminal*)> run;
+    std::function<std::string(Terminal*)> run = nullptr;
 };
 
 std::string QueryStatus(Terminal* terminal) {
@@ -62,20 +63,20 @@ std::string WaitForRecovery(Terminal* terminal) {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
-        {"h", "hang", "Keldra hangs", nullptr},
-        {"c", "crash", "Keldra crashes", nullptr},
-        {"e", "error", "Keldra reports an error (count 0)", nullptr},
-        {"s", "short", "Keldra writes a short heartbeat file", nullptr},
-        {"m", "missing", "Keldra removes its heartbeat file", nullptr},
-        {"i", "ignore", "Keldra hangs and ignores SIGQUIT", nullptr},
+        {"h", "hang", "Keldra hangs"},
+        {"c", "crash", "Keldra crashes"},
+        {"e", "error", "Keldra reports an error (count 0)"},
+        {"s", "short", "Keldra writes a short heartbeat file"},
+        {"m", "missing", "Keldra removes its heartbeat file"},
+        {"i", "ignore", "Keldra hangs and ignores SIGQUIT"},
         {"r", "refuse", "from now on no Keldra starts", RefuseToStart},
         {"b", "damage", "the primary options file is damaged", DamagePrimaryOptions},
         {"f", "repair", "repair everything", Repair},
         {"d", "sshd", "sshd dies", KillSshd},
         {"q", "status", "query the daemon's status", QueryStatus},
         {"w", "wait", "wait until Keldra responds again", WaitForRecovery},
-        {"x", "quit", "quit", nullptr},
-        {"?", "help", "these commands", nullptr},
+        {"x", "quit", "quit"},
+        {"?", "help", "these commands"},
     };
     return commands;
 }
@@ -88,6 +89,7 @@ void Help(const Printer& printer) {
 }
 
 void Obey(const Command& command, Terminal* terminal, const Printer& printer) {
+    printer.Line("> " + command.word, Colour::kBold);
     if (command.word != "wait") {
         terminal->Mark();
     }
@@ -100,22 +102,16 @@ void Obey(const Command& command, Terminal* terminal, const Printer& printer) {
 
 // Carries out a key or a word. False when the user wants to go.
 bool Take(const std::string& input, Terminal* terminal, const Printer& printer) {
-    for (const Command& command : Commands()) {
-        if (input == command.word || input == command.key) {
-            printer.Line("> " + command.word, Colour::kBold);
-            if (command.word == "quit") {
-                return false;
-            }
-            if (command.word != "help") {
-                Obey(command, terminal, printer);
-                return true;
-            }
-        }
-    }
-    if (!input.empty()) {
+    const auto& all = Commands();
+    const auto command = std::find_if(all.begin(), all.end(), [&](const Command& c) {
+        return input == c.word || input == c.key;
+    });
+    if (command == all.end() ? !input.empty() : command->word == "help") {
         Help(printer);
+    } else if (command != all.end() && command->word != "quit") {
+        Obey(*command, terminal, printer);
     }
-    return true;
+    return command == all.end() || command->word != "quit";
 }
 
 }  // namespace

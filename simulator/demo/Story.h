@@ -27,7 +27,7 @@ struct Scene {
     std::string seen;  // told when everything came
     Action cause;      // may be empty
     std::vector<Step> steps;
-    Action check;                // after the steps; may be empty
+    Action check = nullptr;      // after the steps; may be empty
     bool ordersStandIn = false;  // skipped with a Keldra of the user's own
 };
 

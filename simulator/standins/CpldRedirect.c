@@ -21,27 +21,20 @@ __attribute__((constructor)) static void Prepare(void) {
     unsetenv("LD_PRELOAD");
 }
 
-static int Open(const char* path, int flags, mode_t mode) {
+/* The daemon's file offsets have 64 bits, so this is the only open that it calls. */
+int open64(const char* path, int flags, ...) {
     char redirected[128];
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = __OPEN_NEEDS_MODE(flags) ? (mode_t)va_arg(arguments, int) : 0;
+    va_end(arguments);
     if (strncmp(path, kBoard, sizeof(kBoard) - 1) == 0) {
         (void)snprintf(redirected, sizeof(redirected), "%s%s", kSimulated,
                        path + sizeof(kBoard) - 1);
         path = redirected;
     }
-    return (int)syscall(SYS_openat, AT_FDCWD, path, flags, mode);
+    return (int)syscall(SYS_openat, AT_FDCWD, path, flags | O_LARGEFILE, mode);
 }
-
-#define DEFINE_OPEN(function, extraFlags)                                                  \
-    int function(const char* path, int flags, ...) {                                       \
-        va_list arguments;                                                                 \
-        va_start(arguments, flags);                                                        \
-        const mode_t mode = __OPEN_NEEDS_MODE(flags) ? (mode_t)va_arg(arguments, int) : 0; \
-        va_end(arguments);                                                                 \
-        return Open(path, flags | (extraFlags), mode);                                     \
-    }
-
-DEFINE_OPEN(open, 0)
-DEFINE_OPEN(open64, O_LARGEFILE)
 
 static void Report(const char* name, const void* text, size_t length) {
     char report[128];

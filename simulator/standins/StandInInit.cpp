@@ -13,16 +13,12 @@
 
 namespace {
 
-void ReportEnd(pid_t pid) {
+void ReportEnd(const siginfo_t& child) {
     std::string name;
-    std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/comm"), name);
-    int status = 0;
-    if (waitpid(pid, &status, 0) != pid) {
-        return;
-    }
-    const std::string how = WIFEXITED(status) ? "exit status " + std::to_string(WEXITSTATUS(status))
-                                              : "signal " + std::to_string(WTERMSIG(status));
-    Simulator::Announce("init", name + " has ended: " + how);
+    std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
+    const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
+    (void)waitpid(child.si_pid, nullptr, 0);
+    Simulator::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
 }
 
 }  // namespace
@@ -42,7 +38,7 @@ int main() {
         siginfo_t child = {};
         // Its name can be read only while it is not yet reaped.
         while (waitid(P_ALL, 0, &child, WEXITED | WNOWAIT | WNOHANG) == 0 && child.si_pid != 0) {
-            ReportEnd(child.si_pid);
+            ReportEnd(child);
             child = {};
         }
         (void)sigwaitinfo(&ended, nullptr);
