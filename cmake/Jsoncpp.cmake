@@ -16,6 +16,7 @@ set(QUENDA_JSON_DIR ${PROJECT_BINARY_DIR}/generated/jsoncpp)
 file(GLOB json_sources RELATIVE ${JSONCPP_SOURCE_DIR}
   ${JSONCPP_SOURCE_DIR}/include/json/*.h ${JSONCPP_SOURCE_DIR}/src/lib_json/json_*.*)
 foreach(source ${json_sources})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${JSONCPP_SOURCE_DIR}/${source})
   file(READ ${JSONCPP_SOURCE_DIR}/${source} text)
   if(NOT source MATCHES "reader|features")
     string(REPLACE "\nnamespace Json {" "\nnamespace Json { inline namespace Wiped {" text "${text}")
