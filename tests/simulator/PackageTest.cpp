@@ -114,6 +114,7 @@ TEST_F(EndToEndPackageTest, MistakeInTheSettingsNeverCostsTheMonitor) {
         {"KELDRA_MONITOR_OPTIONS='-t 30 --'", "-- is no option"},
         {"KELDRA_MONITOR_OPTIONS=-t 30", "30: not found"},
         {"KELDRA_MONITOR_OPTIONS='-t 30", "nterminated quoted string"},
+        {"KELDRA_MONITOR_OPTIONS='-n keldra'\r", "a carriage return ends a line"},
         {"exit 0", "the shell"},
     };
     for (const auto& mistake : mistakes) {
