@@ -12,8 +12,6 @@ namespace Quenda {
 
 HeartbeatReadTimer::HeartbeatReadTimer() : HeartbeatTimerBase("HeartbeatReadTimer") {}
 
-HeartbeatReadTimer::~HeartbeatReadTimer() = default;
-
 void HeartbeatReadTimer::SetResultCallback(const CallbackRef1<bool>& callback) {
     resultCallback_ = callback;
 }

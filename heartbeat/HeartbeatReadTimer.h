@@ -15,7 +15,6 @@ namespace Quenda {
 class HeartbeatReadTimer : public HeartbeatTimerBase {
 public:
     HeartbeatReadTimer();
-    ~HeartbeatReadTimer() override;
 
     // Called after each timed check, with true when the file was read whole. Keeps a reference to
     // the callback and releases the one before it.

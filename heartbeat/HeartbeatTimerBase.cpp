@@ -82,8 +82,7 @@ bool HeartbeatTimerBase::Reload(const OptionsNode& newOptions) {
     options_.Reset();
     if (!options_.Load(newOptions)) {
         LogMessage(0, "%s: %s: Failed to load new options\n", name_, "Reload");
-        appliedOptions_.clear();
-        return false;
+        return RejectOptions();
     }
     const int32_t timeout = options_.At(kTimeout).AsInt();
     if (timeout <= 0) {

@@ -34,16 +34,8 @@ char BuildInfoRegistry::Mark(const BuildRecord& record) const {
     return *buildtime == record ? ' ' : '!';
 }
 
-void BuildInfoRegistry::PrintSummary(Writable* out) const {
-    Print(out, nullptr, &BuildInfoRegistry::PrintVersion);
-}
-
 void BuildInfoRegistry::PrintSummary(Writable* out, const char* name) const {
     Print(out, name, &BuildInfoRegistry::PrintVersion);
-}
-
-void BuildInfoRegistry::PrintDetails(Writable* out) const {
-    Print(out, nullptr, &BuildInfoRegistry::PrintFields);
 }
 
 void BuildInfoRegistry::PrintDetails(Writable* out, const char* name) const {

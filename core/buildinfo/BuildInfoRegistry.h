@@ -38,12 +38,9 @@ public:
         return Find(buildtimeRecords_, name);
     }
 
-    // The version of every runtime record, or of one.
-    void PrintSummary(Writable* out) const;
-    void PrintSummary(Writable* out, const char* name) const;
-    // All fields of every runtime record, or of one.
-    void PrintDetails(Writable* out) const;
-    void PrintDetails(Writable* out, const char* name) const;
+    // The version, or all fields, of the runtime record of that name; of every one for null.
+    void PrintSummary(Writable* out, const char* name = nullptr) const;
+    void PrintDetails(Writable* out, const char* name = nullptr) const;
 
 private:
     using Records = std::vector<BuildRecord>;
@@ -52,7 +49,6 @@ private:
     static void Add(Records& records, const BuildRecord& record);
     static const BuildRecord* Find(const Records& records, const char* name);
     char Mark(const BuildRecord& record) const;
-    // The record of that name, or all for null.
     void Print(Writable* out, const char* name, PrintOne print) const;
     void PrintVersion(Writable* out, const BuildRecord& record) const;
     void PrintFields(Writable* out, const BuildRecord& record) const;

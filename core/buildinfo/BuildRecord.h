@@ -22,9 +22,6 @@ const char* BuildFieldLabel(size_t index);
 
 // Whether all fields are equal as texts; the names are not compared.
 bool operator==(const BuildRecord& a, const BuildRecord& b);
-inline bool operator!=(const BuildRecord& a, const BuildRecord& b) {
-    return !(a == b);
-}
 
 // The core library's own record.
 const BuildRecord& CoreBuildRecord();

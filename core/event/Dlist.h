@@ -33,30 +33,23 @@ public:
 
     // The element must be in no list.
     void Append(T element) {
-        if (tail_ == nullptr) {
-            element->links.next = element;
-            element->links.prev = element;
-        } else {
+        element->links = {element, element, this};
+        if (tail_ != nullptr) {
             element->links.next = tail_->links.next;
             element->links.prev = tail_;
             tail_->links.next->links.prev = element;
             tail_->links.next = element;
         }
-        element->links.list = this;
         tail_ = element;
         ++count_;
     }
 
     // The element must be in this list.
     void Remove(T element) {
-        if (count_ == 1) {
-            tail_ = nullptr;
-        } else {
-            element->links.prev->links.next = element->links.next;
-            element->links.next->links.prev = element->links.prev;
-            if (tail_ == element) {
-                tail_ = element->links.prev;
-            }
+        element->links.prev->links.next = element->links.next;
+        element->links.next->links.prev = element->links.prev;
+        if (tail_ == element) {
+            tail_ = count_ == 1 ? nullptr : element->links.prev;
         }
         element->links = {};
         --count_;

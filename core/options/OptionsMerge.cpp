@@ -5,7 +5,6 @@
 #include "core/options/JsonValue.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "core/options/internal/JsonEdit.h"
-#include "core/options/internal/MatchElement.h"
 #include "core/text/FormatText.h"
 
 namespace Quenda {
@@ -36,6 +35,51 @@ void OverlayValue(Json::Value& destination, const Json::Value& source, uint32_t 
             AssignValue(target, *member);
         }
     }
+}
+
+// How an element of a source's array compares with one of the destination's.
+enum class ElementMatch {
+    kDifferent = 0,
+    kSame = 1,
+    kMissingInSource = 2,
+    kMissingInDestination = 3,
+    kNotComparable = 4,
+};
+
+// Compares the elements by the members that `ids` names, at every level; its leaves only give the
+// type. Values without such members are the same when they are equal (a signed 1 and an unsigned 1
+// are not).
+ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
+                          const Json::Value& ids) {
+    if (!TypesCompatible(destination.type(), source.type()) ||
+        !TypesCompatible(destination.type(), ids.type())) {
+        return ElementMatch::kNotComparable;
+    }
+    if (!JsonValue::IsObject(destination)) {
+        return source == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
+    }
+    if (!ids.isObject()) {
+        return ElementMatch::kSame;  // nothing identifies
+    }
+    for (auto id = ids.begin(); id != ids.end(); ++id) {
+        if (id->isNull()) {
+            continue;
+        }
+        const std::string_view name = JsonValue::MemberName(id);
+        const Json::Value& sourceMember = JsonValue::MemberOrNull(source, name);
+        if (sourceMember.isNull()) {
+            return ElementMatch::kMissingInSource;
+        }
+        const Json::Value& destinationMember = JsonValue::MemberOrNull(destination, name);
+        if (destinationMember.isNull()) {
+            return ElementMatch::kMissingInDestination;
+        }
+        const ElementMatch match = MatchElement(destinationMember, sourceMember, *id);
+        if (match != ElementMatch::kSame) {
+            return match;
+        }
+    }
+    return ElementMatch::kSame;
 }
 
 // One step of the way from the root to the value that is merged into.
