@@ -111,28 +111,38 @@ TEST_F(ShellRunnerTest, SignalsCutNeitherTheOutputNorTheWaitShort) {
 TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAloneAndNotInTheChild) {
     static int allocations = 0;
     static int signals = 0;
+    static int answer = -1;  // what the handler writes to
     const auto run = [] {
         const std::string command = "grep -E 'Sig(Blk|Ign|Cgt)' /proc/self/status";
         std::string before;
         EXPECT_TRUE(RunShellCommand(command, before));
         sigset_t held{};
         sigaddset(&held, SIGUSR1);
-        (void)signal(SIGUSR1, [](int) { ++signals; });
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        answer = ends[1];
+        (void)signal(SIGUSR1, [](int) {
+            ++signals;
+            (void)!write(answer, "answer\n", 7);
+        });
         BlockSignalsOutsideWindows(held);
         std::string inside;
         EXPECT_TRUE(RunShellCommand(command, inside));
         EXPECT_EQ(inside, before);
+        // Both commands end when they have been answered.
+        const std::string ask =
+            "kill -USR1 $PPID; read line <&" + std::to_string(ends[0]) + "; exec head -c 20000 ";
+        std::string output;
         // The heap is not to be touched while a handler may come.
         onAllocation = [] {
             sigset_t mask{};
             sigprocmask(SIG_BLOCK, nullptr, &mask);
             allocations += sigismember(&mask, SIGUSR1) == 0;
         };
-        std::string output;
-        EXPECT_TRUE(RunShellCommand("kill -USR1 $PPID; head -c 20000 /dev/zero", output));
+        EXPECT_TRUE(RunShellCommand(ask + "/dev/zero", output));
         EXPECT_EQ(output.size(), 20000U);
         EXPECT_EQ(signals, 1);
-        EXPECT_TRUE(RunSystemCommand("kill -USR1 $PPID"));
+        EXPECT_TRUE(RunSystemCommand(ask + "/dev/null"));
         EXPECT_EQ(signals, 2);
         EXPECT_EQ(allocations, 0);
         _exit(HasFailure() ? 1 : 0);
@@ -141,9 +151,10 @@ TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAloneAndNotInTheChild) {
 }
 
 TEST_F(ShellRunnerTest, OutputThatFindsNoMemoryLeavesNoDescriptorAndNoChild) {
+    const std::string command = "head -c 20000 /dev/zero";
     std::string output;
     onAllocation = [] { throw std::bad_alloc(); };
-    EXPECT_THROW((void)RunShellCommand("head -c 20000 /dev/zero", output), std::bad_alloc);
+    EXPECT_THROW((void)RunShellCommand(command, output), std::bad_alloc);
     onAllocation = nullptr;
 }
 
