@@ -113,9 +113,10 @@ TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAloneAndNotInTheChild) {
     static int signals = 0;
     static int answer = -1;  // what the handler writes to
     const auto run = [] {
-        const std::string command = "grep -E 'Sig(Blk|Ign|Cgt)' /proc/self/status";
+        // A program, since a shell may unblock what it is given.
+        const char* const look[] = {"grep", "-E", "Sig(Blk|Ign|Cgt)", "/proc/self/status"};
         std::string before;
-        EXPECT_TRUE(RunShellCommand(command, before));
+        EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, before));
         sigset_t held{};
         sigaddset(&held, SIGUSR1);
         int ends[2];
@@ -127,7 +128,7 @@ TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAloneAndNotInTheChild) {
         });
         BlockSignalsOutsideWindows(held);
         std::string inside;
-        EXPECT_TRUE(RunShellCommand(command, inside));
+        EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, inside));
         EXPECT_EQ(inside, before);
         // Both commands end when they have been answered.
         const std::string ask =
