@@ -159,8 +159,10 @@ void BoardTerminal::Restart() {
 }
 
 std::string BoardTerminal::Description() const {
-    return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " + kernel_ +
-           "; its watchdog bites " + std::to_string(divisor_) + " times sooner than it says";
+    const std::string sooner = divisor_ == 1 ? ""
+                                             : "; its watchdog bites " + std::to_string(divisor_) +
+                                                   " times sooner than it says";
+    return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " + kernel_ + sooner;
 }
 
 }  // namespace Board
