@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/output/StringWritable.h"
-#include "core/text/FormatText.h"
 #include "tests/support/CallbackTo.h"
 
 using namespace Quenda;
@@ -61,16 +59,6 @@ TEST_F(ActivitySetTest, HoldThatDestroysItselfEndsThePass) {
     EXPECT_EQ(Pass(), "a");
     EXPECT_EQ(Pass(), "");
     EXPECT_EQ(Pass(), "b");
-}
-
-TEST_F(ActivitySetTest, TextAndDumpHaveHeadingsOfTheirOwn) {
-    const auto hold = Hold("a", Done);
-    set_.Add(hold.get());
-    StringWritable out;
-    set_.Dump(&out);
-    const std::string line = FormatText("%p - a\n", static_cast<void*>(hold.get()));
-    EXPECT_EQ(out.Text(), "Current Activities: 0\nNew Activities: 1\n" + line);
-    EXPECT_EQ(set_.Text().Get(), "Current activities: 0\nNew activities: 1\n " + line);
 }
 
 }  // namespace

@@ -20,15 +20,4 @@ TEST(OptionsMergeTest, FailureKeepsWhatWasMergedAndSuccessClearsTheMessage) {
     EXPECT_TRUE(node.Error().IsEmpty());
 }
 
-TEST(OptionsMergeTest, TreesNestedTooDeeplyAreRefusedUnchanged) {
-    Json::Value document = Nested(10000);
-    bool modified = false;
-    OptionsNodeEdit node(&document, &modified);
-    EXPECT_FALSE(node.Merge(node, OptionsNode()));
-    EXPECT_FALSE(node.Overlay(node, 9999));
-    EXPECT_STREQ(node.Error().Get(), "Invalid operation: OptionsNode is nested too deeply");
-    EXPECT_FALSE(modified);
-    EXPECT_TRUE(node.Merge(OptionsNode(Nested(1000)), OptionsNode(Nested(1000))));
-}
-
 }  // namespace

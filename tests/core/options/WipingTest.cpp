@@ -33,11 +33,8 @@ namespace Quenda {
 namespace {
 
 void EditAndMerge() {
-    Json::Value document, listed, ids;
-    document["o"][kName] = kValue;
+    Json::Value listed;
     listed["l"][0U][kName] = kValue;
-    ids["l"][0U][kName] = "";
-    OptionsNodeEdit root(&document, nullptr);
     OptionsNodeEdit node;
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(node.SetLeaf(kName, kValue, nullptr));
@@ -45,13 +42,11 @@ void EditAndMerge() {
     }
     const OptionsNode copy = node;
     (void)copy.GetNode({kOtherName, kName});
-    EXPECT_TRUE(root.AddMember(kOtherName, copy, true));
+    EXPECT_TRUE(node.AddMember(kOtherName, copy, true));
     EXPECT_TRUE(node.RenameMember(kName, kOtherName, false));
-    EXPECT_TRUE(node.MoveMember(root, kName, kName, true));
-    (void)root.Overlay(OptionsNode(listed), 9);
-    listed["l"][1U][kName] = kName;
-    EXPECT_TRUE(root.Merge(OptionsNode(&listed), OptionsNode(ids)));
-    EXPECT_TRUE(root.RemoveMember(kOtherName));
+    (void)node.Overlay(OptionsNode(listed), 9);
+    EXPECT_TRUE(node.Merge(OptionsNode(&listed), OptionsNode(listed)));
+    EXPECT_TRUE(node.RemoveMember(kName));
 }
 
 TEST(WipingTest, LookupsCopiesEditsAndMergesLeaveNoTextBehind) {
