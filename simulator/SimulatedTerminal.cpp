@@ -141,7 +141,10 @@ void SimulatedTerminal::Bite() {
         return;
     }
     Note("the terminal comes up from its backup partition");
-    (void)StartMonitor(std::vector<std::string>(MonitorArguments()));
+    const CommandResult start = StartMonitor(std::vector<std::string>(MonitorArguments()));
+    if (start.status != 0) {
+        Note("the daemon does not start: " + start.output);
+    }
 }
 
 std::vector<std::string> SimulatedTerminal::MonitorCommand(
