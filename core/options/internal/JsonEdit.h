@@ -11,8 +11,8 @@ namespace Quenda {
 // with everything, numbers with each other, any other type (booleans, too) with itself alone.
 bool TypesCompatible(Json::ValueType oldType, Json::ValueType newType);
 
-// The member, or the element behind the last one; made, with a null value, when it is not there.
-// A null value becomes an object or an array for it, and keeps its comment.
+// The member or the element; made, with a null value, when it is not there. A null value becomes an
+// object or an array for it, and keeps its comment.
 Json::Value& DemandMember(Json::Value& object, std::string_view name);
 Json::Value& DemandElement(Json::Value& array, Json::ArrayIndex index);
 
