@@ -57,14 +57,6 @@ TEST_F(HeartbeatReadTimerTest, PipeInTheFilesPlaceStopsNothing) {
                         " for reading: No such file or directory\n");
 }
 
-TEST_F(HeartbeatReadTimerTest, OpenFileIsNotOpenedAgain) {
-    WriteCount(1);
-    ASSERT_TRUE(timer_.Open("Read"));
-    EXPECT_FALSE(Check());
-    EXPECT_TRUE(timer_.Stop());
-    EXPECT_TRUE(Check());
-}
-
 TEST_F(HeartbeatReadTimerTest, TimedChecksReportToTheCallbackAndOthersDoNot) {
     std::vector<bool> results;
     timer_.SetResultCallback(Quenda::CallbackRef1<bool>(
