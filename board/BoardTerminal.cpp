@@ -2,13 +2,12 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
-
-#include "board/Lines.h"
 
 namespace Board {
 namespace {
@@ -20,15 +19,27 @@ constexpr std::chrono::seconds kBootPatience{120};
 constexpr std::chrono::seconds kCommandPatience{120};
 constexpr size_t kLinesKept = 2000;  // in characters
 
-// What stands on the console before what the kernel, its driver and the first process have to say.
+// What stands on the console before what its kernel, the driver, board/init and the daemon say.
 constexpr char kBanner[] = "Linux version ";
 constexpr char kWatchdog[] = "cpld_watchdog: ";
+constexpr char kOutput[] = "board: ";
+constexpr char kEnd[] = "board ";  // the exit status
+constexpr char kDaemon[] = "keldra_monitor: ";
 
 // Takes the beginning off the text, if it has it.
 bool TakeOff(const std::string& beginning, std::string* text) {
     const bool has = text->compare(0, beginning.size(), beginning) == 0;
     text->erase(0, has ? beginning.size() : 0);
     return has;
+}
+
+// A word as the shell takes it.
+std::string Quote(const std::string& word) {
+    std::string quoted;
+    for (const char c : word) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return "'" + quoted + "' ";
 }
 
 // Appends what has come. False when the machine is off.
@@ -46,7 +57,6 @@ bool Receive(int fd, std::string* text) {
 bool BoardTerminal::Boot(std::string* reason) {
     isUp_ = false;
     text_.clear();
-    pieces_.clear();
     lastLines_.clear();
     const std::string watchdog = "cpld_watchdog.divisor=" + std::to_string(divisor_);
     if (!machine_.SwitchOn(directory_, watchdog)) {
@@ -66,16 +76,16 @@ bool BoardTerminal::Boot(std::string* reason) {
 }
 
 Simulator::CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
-    std::string line;
+    std::string script;
     for (const auto& word : command) {
-        line += (line.empty() ? "" : std::string(1, kBetweenWords)) + Escape(word);
+        script += Quote(word);
     }
-    line += "\n";
+    script += "\n---\n";
     result_ = {};
     hasEnded_ = false;
     // Far shorter than what the socket holds.
-    if (send(machine_.Console(), line.data(), line.size(), MSG_NOSIGNAL) !=
-        static_cast<ssize_t>(line.size())) {
+    if (send(machine_.Console(), script.data(), script.size(), MSG_NOSIGNAL) !=
+        static_cast<ssize_t>(script.size())) {
         return result_;
     }
     const unsigned boot = boots_;
@@ -91,8 +101,9 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
     const bool hasInput = poll(fds.data(), fds.size(), timeoutMs) > 0 && fds[1].revents != 0;
     if (fds[0].revents != 0) {
         const bool isOn = Receive(machine_.Console(), &text_);
-        std::string line;
-        while (TakeLine(&text_, &line)) {
+        for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n')) {
+            const std::string line = text_.substr(0, end);
+            text_.erase(0, end + 1);
             TakeConsole(line);
         }
         if (!isOn) {
@@ -106,41 +117,25 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
 void BoardTerminal::TakeConsole(const std::string& line) {
     const std::string whole = line.substr(0, line.find('\r'));
     std::string text = whole.substr(std::min(whole.size(), whole.find("] ") + 2));
-    if (TakeOff(kFromInit, &text)) {
-        TakeFromInit(text);
+    if (TakeOff(kOutput, &text)) {
+        result_.output += text + "\n";
         return;
     }
     lastLines_ += whole + "\n";
     if (lastLines_.size() > kLinesKept) {
         lastLines_.erase(0, lastLines_.find('\n') + 1);
     }
-    if (TakeOff(kWatchdog, &text)) {
+    if (TakeOff(kEnd, &text)) {
+        result_.status = W_EXITCODE(static_cast<int>(strtol(text.c_str(), nullptr, 10)), 0);
+        isUp_ = hasEnded_ = true;
+    } else if (TakeOff(kWatchdog, &text)) {
         AddWatchdog(text);
     } else if (kernel_.empty() && TakeOff(kBanner, &text)) {
         kernel_ = text.substr(0, text.find(' '));
-    }
-}
-
-void BoardTerminal::TakeFromInit(const std::string& line) {
-    const std::string text = line.empty() ? "" : Unescape(line.substr(1));
-    switch (line[0]) {
-        case kPiece:
-            pieces_ += text;
-            break;
-        case kEvent:
-            isUp_ = true;
-            Take(pieces_ + text);
-            pieces_.clear();
-            break;
-        case kOutput:
-            result_.output += text;
-            break;
-        case kEnd:
-            result_.status = static_cast<int>(strtol(text.c_str(), nullptr, 10));
-            hasEnded_ = true;
-            break;
-        default:
-            break;
+    } else if (TakeOff(kDaemon, &text)) {
+        Take("<29>Jan  1 00:00:00 " + (kDaemon + text));  // as it came to the board's syslog
+    } else {
+        Take(text);  // a report, or one of the kernel's lines, which is none
     }
 }
 

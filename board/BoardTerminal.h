@@ -26,7 +26,6 @@ public:
 private:
     bool Boot(std::string* reason) override;
     void TakeConsole(const std::string& line);
-    void TakeFromInit(const std::string& line);
     void Restart();
 
     std::string directory_;
@@ -36,7 +35,6 @@ private:
     std::string kernel_;
     std::string lastLines_;  // of the kernel
     std::string text_;       // of the console, that is not yet a line
-    std::string pieces_;     // of an event
     bool isUp_ = false;
     bool hasEnded_ = false;  // the running command
     Simulator::CommandResult result_;

@@ -22,7 +22,7 @@ std::vector<std::string> Command(const std::string& directory, const std::string
             "-icount", "shift=3", "-no-reboot", "-nic", "none", "-display", "none", "-monitor",
             "none", "-chardev", "socket,id=console,fd=" + std::to_string(console), "-serial",
             "chardev:console", "-kernel", directory + "/vmlinux", "-initrd", directory + "/image",
-            "-append", "console=ttyS0 loglevel=7 printk.devkmsg=on panic=-1 " + parameters};
+            "-append", "console=ttyS0 loglevel=8 printk.devkmsg=on panic=-1 " + parameters};
 }
 
 [[noreturn]] void Execute(const std::vector<std::string>& command, pid_t parent) {
