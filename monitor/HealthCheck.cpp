@@ -127,8 +127,11 @@ bool CheckHealth(bool heartbeatRead) {
     try {
         return Check(heartbeatRead);
     } catch (const std::bad_alloc&) {
-        // The watchdog is not re-armed for it: a terminal whose memory never comes back reboots.
+        // Given up wherever it stood, perhaps before it re-armed the watchdog.
         LogMessage(0, "Out of memory: this check is given up, the next one tries again\n");
+        if (supervision.strikes > settings.max_strikes) {
+            exit(0);  // the reboot is decided, and lacked memory for the LEDs alone
+        }
         return false;
     }
 }

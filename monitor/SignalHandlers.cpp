@@ -62,6 +62,15 @@ constexpr HandledSignal kHandled[] = {
     {SIGQUIT, ShutDown},        {SIGTERM, ShutDown},
 };
 
+sigset_t DaemonsSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const HandledSignal& handled : kHandled) {
+        sigaddset(&signals, handled.number);
+    }
+    return signals;
+}
+
 }  // namespace
 
 void PrepareSignals(bool detached) {
@@ -71,15 +80,12 @@ void PrepareSignals(bool detached) {
         // Not SIG_IGN, which the programs that the daemon starts would inherit.
         (void)signal(SIGHUP, [](int) {});
     }
+    const sigset_t signals = DaemonsSignals();
+    (void)sigprocmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
 void HoldSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const HandledSignal& handled : kHandled) {
-        sigaddset(&signals, handled.number);
-    }
-    Quenda::BlockSignalsOutsideWindows(signals);
+    Quenda::BlockSignalsOutsideWindows(DaemonsSignals());
 }
 
 void InstallSignalHandlers() {
@@ -87,10 +93,7 @@ void InstallSignalHandlers() {
     // What signal(2) asks for: an interrupted wait for a child goes on afterwards.
     action.sa_flags = SA_RESTART;
     // No handler cuts into another one's work either.
-    sigemptyset(&action.sa_mask);
-    for (const HandledSignal& handled : kHandled) {
-        sigaddset(&action.sa_mask, handled.number);
-    }
+    action.sa_mask = DaemonsSignals();
     for (const HandledSignal& handled : kHandled) {
         action.sa_handler = handled.handler;
         (void)sigaction(handled.number, &action, nullptr);  // cannot fail with these signals

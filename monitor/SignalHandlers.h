@@ -3,8 +3,8 @@
 namespace Monitor {
 
 // Before the daemon detaches itself: a status request that comes too soon goes unanswered, but
-// does not end it, and children can be waited for whatever the starter ignored. A daemon that
-// detaches has no terminal that could hang up: to it SIGHUP means nothing.
+// does not end it, children can be waited for and signals arrive, whatever the starter ignored or
+// blocked. A daemon that detaches has no terminal that could hang up: to it SIGHUP means nothing.
 void PrepareSignals(bool detached);
 
 // From now on the daemon's signals arrive only while it waits (SignalWindow).

@@ -82,8 +82,8 @@ bool IsOnlyInstance() {
 
 void Detach() {
     if (!settings.debug && daemon(1, 0) == -1) {
-        // It supervises all the same; whoever started it waits for its end.
-        LogMessage(0, "Failed to detach: %s. Staying in the foreground.\n", strerror(errno));
+        // It supervises all the same. Without a process to be had, whoever started it waits.
+        LogMessage(0, "Failed to detach: %s\n", strerror(errno));
     }
 }
 

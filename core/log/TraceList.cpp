@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <new>
 #include <string>
 
 #include "core/text/FormatText.h"
@@ -57,7 +58,12 @@ void TraceList::WriteFrom(int level, const char* format, va_list arguments) {
     if (std::none_of(entries_.begin(), entries_.end(), admits)) {
         return;
     }
-    const std::string text = FormatTextV(format, arguments);
+    std::string text;
+    try {
+        text = FormatTextV(format, arguments);
+    } catch (const std::bad_alloc&) {
+        return;  // what is traced is not to fail for want of a trace
+    }
     for (const Entry& entry : entries_) {
         if (admits(entry)) {
             entry.sink->Puts(text.c_str());

@@ -6,51 +6,35 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 
 namespace Quenda {
 
 namespace {
 
-enum class Logger { kReads, kIsFull, kIsAbsent };
+enum class Logger { kReads, kIsFull, kIsAbsent, kCannotBeAsked };
 
 // How long a line waits for a logger that is merely busy. Once it has waited in vain, the lines
 // that follow do not wait at all until the logger reads again.
 constexpr int kPatienceMs = 1000;
 
-// What a hung logger has not read counts against the socket that it came from, too, of which the
-// kernel takes some 200 KB (net.core.wmem_default). A new socket starts from nothing.
-constexpr int kBytesPerSocket = 64 * 1024;
-constexpr int kBytesAroundLine = 1024;  // the kernel's own
-
 const char* ident = nullptr;
 unsigned int lostLines = 0;
-int sentBytes = 0;  // since the last connection was made
 
+// Each line goes the way that was asked about: syslog(3) would stay with a logger that another one
+// has replaced, and what a hung one has not read counts against the socket that it came from.
 void Reconnect() {
-    closelog();
-    openlog(ident, 0, LOG_DAEMON);
-    sentBytes = 0;
-}
-
-void MakeRoom(const char* format, va_list arguments) {
-    va_list copy;
-    va_copy(copy, arguments);
-    const int bytes = std::clamp(vsnprintf(nullptr, 0, format, copy), 0, kBytesPerSocket);
-    va_end(copy);
-    if (sentBytes + bytes + kBytesAroundLine > kBytesPerSocket) {
-        Reconnect();
+    if (ident != nullptr) {  // else openlog was called by somebody else, if at all
+        closelog();
+        openlog(ident, 0, LOG_DAEMON);
     }
-    sentBytes += bytes + kBytesAroundLine;
 }
 
 Logger Ask(int fd) {
     const sockaddr_un address = {AF_UNIX, _PATH_LOG};
     if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == -1) {
-        // One that listens for streams is of an old kind, which cannot be asked.
-        return errno == EPROTOTYPE ? Logger::kReads : Logger::kIsAbsent;
+        // An old kind of logger listens for streams.
+        return errno == EPROTOTYPE ? Logger::kCannotBeAsked : Logger::kIsAbsent;
     }
     pollfd state = {fd, POLLOUT, 0};
     return poll(&state, 1, lostLines == 0 ? kPatienceMs : 0) == 1 ? Logger::kReads
@@ -63,7 +47,7 @@ Logger Ask(int fd) {
 Logger AskLogger() {
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (fd == -1) {
-        return Logger::kReads;  // nobody can tell
+        return Logger::kCannotBeAsked;
     }
     const Logger logger = Ask(fd);
     (void)close(fd);  // nothing was written
@@ -74,7 +58,6 @@ Logger AskLogger() {
 
 void OpenSystemLogger(const char* newIdent) {
     ident = newIdent;
-    sentBytes = 0;
     openlog(ident, 0, LOG_DAEMON);
 }
 
@@ -85,18 +68,19 @@ void CloseSystemLogger() {
 
 void SendToSyslog(int priority, const char* format, va_list arguments) {
     Logger logger = AskLogger();
-    if (logger == Logger::kReads && lostLines != 0) {
-        Reconnect();  // it may be another one than before
-        syslog(LOG_DAEMON | LOG_NOTICE, "%u lines were lost: the system logger did not take them\n",
-               lostLines);
-        lostLines = 0;
-        logger = AskLogger();
+    if (logger == Logger::kReads) {
+        Reconnect();
+        if (lostLines != 0) {
+            syslog(LOG_DAEMON | LOG_NOTICE,
+                   "%u lines were lost: the system logger did not take them\n", lostLines);
+            lostLines = 0;
+            logger = AskLogger();
+        }
     }
-    if (logger != Logger::kReads) {
+    if (logger == Logger::kIsFull || logger == Logger::kIsAbsent) {
         ++lostLines;
     }
     if (logger != Logger::kIsFull) {  // an absent one keeps nobody waiting
-        MakeRoom(format, arguments);
         va_list copy;
         va_copy(copy, arguments);
         vsyslog(priority, format, copy);

@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <new>
 
+#include "core/log/TraceList.h"
+#include "core/output/StdioWritable.h"
+#include "monitor/StartUp.h"
 #include "tests/support/Heap.h"
 
 using namespace Monitor;
@@ -52,6 +55,16 @@ TEST_F(SignalHandlersTest, StatusRequestKeepsTheErrorOfTheCallThatItInterrupts) 
         1);
 }
 
+TEST(RunMonitorTest, WithoutMemoryEndsWithALineAnd1) {
+    char program[] = "keldra_monitor";
+    char* argv[] = {program, nullptr};
+    const auto start = [&argv] {
+        onAllocation = [] { throw std::bad_alloc(); };
+        _exit(RunMonitor(1, argv));
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(1), "Out of memory: Keldra Monitor ends\n");
+}
+
 TEST_F(SignalHandlersTest, WithoutMemoryTheReportIsGivenUpAndAShutdownGoesOn) {
     if (access("/proc/cpld/watchdog", F_OK) == 0) {
         GTEST_SKIP() << "this machine has the board's watchdog, which a shutdown arms";
@@ -59,6 +72,9 @@ TEST_F(SignalHandlersTest, WithoutMemoryTheReportIsGivenUpAndAShutdownGoesOn) {
     for (const int signal : {SIGINT, SIGTERM}) {
         InProcess(
             [signal] {
+                // In debugging mode the watchdog traces what it does.
+                static Quenda::StdioWritable standardError(stderr);
+                Quenda::GlobalTraceList().AddSink(9, &standardError);
                 onAllocation = [] { throw std::bad_alloc(); };
                 raise(signal);
             },

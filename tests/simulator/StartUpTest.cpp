@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <syslog.h>
 
@@ -57,20 +58,40 @@ TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
     EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
 }
 
-TEST_F(EndToEndStartUpTest, StandardStreamsThatTheStarterClosedAreNull) {
+TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
     PowerOn();
-    (void)RunMonitorInShell("\"$@\" 0<&- 1>&- 2>&- &", {"-d", "-t", "1"});
+    (void)RunMonitorInShell(
+        "umask 077; trap '' CHLD; exec env --block-signal=USR1 --block-signal=TERM \"$@\" "
+        "0<&- 1>&- 2>&- &",
+        {"-d", "-t", "1"});
     ExpectLog("Keldra started responding again after ");
-    const std::string descriptors =
-        terminal_->Path("/proc/" + std::to_string(Only("keldra_monitor")) + "/fd/");
+    EXPECT_EQ(LogLines("Failed to wait"), 0);
+    const pid_t daemon = Only("keldra_monitor");
     for (const char* stream : {"0", "1", "2"}) {
-        EXPECT_EQ(std::filesystem::read_symlink(descriptors + stream), "/dev/null") << stream;
+        const std::string file = "/proc/" + std::to_string(daemon) + "/fd/" + stream;
+        EXPECT_EQ(std::filesystem::read_symlink(terminal_->Path(file)), "/dev/null") << stream;
     }
     for (const Event& event : terminal_->Events()) {
         if (event.source == Source::kWatchdog) {
-            EXPECT_EQ(event.text, "armed with 300 s");
+            EXPECT_EQ(event.text, "armed with 300 s");  // no trace ended in a control file
         }
     }
+    EXPECT_EQ(Query().output.find("Parameters\n"), 0U);
+    struct stat status {};
+    ASSERT_EQ(stat(terminal_->Path(kStatusFile).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
+    ASSERT_TRUE(terminal_->Signal(daemon, SIGTERM));
+    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+}
+
+TEST_F(EndToEndStartUpTest, WatchdogThatRefusesIsReportedAndTheChecksGoOn) {
+    PowerOn();
+    const std::string counter = "/run/cpld/watchdog/intial-cnt0";
+    (void)terminal_->Run({"/bin/ln", "-sf", "/dev/full", counter});
+    StartMonitor();
+    ExpectLog("wdStart (245) : WD_READ_ERR");
+    ExpectLog("Keldra started responding again after ");
+    ExpectLog("wdStart (245) : WD_READ_ERR");
 }
 
 TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {

@@ -106,15 +106,6 @@ TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAl
     EXPECT_EQ(ReadFile(terminal_->Path("/var/run/quenda/kept")), "precious\n");
 }
 
-TEST_F(EndToEndStatusQueryTest, EverybodyMayReadTheReport) {
-    PowerOn();
-    (void)RunMonitorInShell("umask 077; \"$@\"", {"-t", "1"});
-    EXPECT_NE(Query().output, "");
-    struct stat status {};
-    ASSERT_EQ(stat(terminal_->Path(kStatusFile).c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0644U);
-}
-
 TEST_F(EndToEndStatusQueryTest, FilesOfLaterYearsAreReadLikeAnyOther) {
     constexpr time_t kYear2039 = 2177452800;
     constexpr time_t kYear2107 = 4323283200;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 #include "core/log/Log.h"
 #include "core/log/SysloggerOptions.h"
@@ -112,6 +113,13 @@ TEST_F(SyslogTest, LinesAreLostAndCountedWhileNobodyReadsThem) {
     fd_ = BindSyslogSocket();
     LogMessage(0, "to the next one\n");
     EXPECT_EQ(Records(), notice(1) + "<29>keldra: to the next one\n|");
+
+    const int replaced = std::exchange(fd_, BindSyslogSocket());  // hangs and does not end
+    for (int i = 0; i < lines; ++i) {
+        LogMessage(0, "to the one after\n");
+        EXPECT_NE(Records(), "");
+    }
+    close(replaced);
     CloseSyslog();
 }
 
