@@ -12,9 +12,6 @@
 #include <utility>
 
 #include "core/log/Log.h"
-#include "core/log/SysloggerOptions.h"
-#include "core/log/TraceList.h"
-#include "core/options/OptionsNode.h"
 #include "tests/support/Capture.h"
 #include "tests/support/TempDir.h"
 
@@ -120,31 +117,6 @@ TEST_F(SyslogTest, LinesAreLostAndCountedWhileNobodyReadsThem) {
         EXPECT_NE(Records(), "");
     }
     close(replaced);
-    CloseSyslog();
-}
-
-TEST_F(SyslogTest, OptionsPutTheSinkIntoTheListAtTheirLevel) {
-    const Json::Value absent;
-    // Applied one after the other: "syslogger_on", "syslogger_level" and how many levels pass.
-    const std::tuple<Json::Value, Json::Value, int> steps[] = {
-        {absent, 9, 0}, {true, 3, 4},   {absent, 9, 4}, {true, absent, 6},
-        {false, 9, 0},  {true, "x", 6}, {0, absent, 0}, {1, 0, 1}};
-    TraceList list;
-    OpenSyslog("");
-    for (const auto& [isOn, level, passing] : steps) {
-        Json::Value document(Json::objectValue);
-        document["syslogger_on"] = isOn;
-        document["syslogger_level"] = level;
-        const OptionsNode options(document), empty;
-        ApplySysloggerOptions(list, &options);
-        ApplySysloggerOptions(list, &empty);
-        ApplySysloggerOptions(list, nullptr);
-        for (int i = 0; i < 10; ++i) {
-            list.Trace(i, "%d", i);
-        }
-        const std::string records = Records();
-        EXPECT_EQ(std::count(records.begin(), records.end(), '|'), passing);
-    }
     CloseSyslog();
 }
 

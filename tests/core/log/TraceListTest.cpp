@@ -24,21 +24,6 @@ std::string Traced(TraceList& list, int level) {
     return journal;
 }
 
-TEST(TraceListTest, ReachesSinksWhoseThresholdAdmitsItInOrder) {
-    Scribe low("low"), high("high");
-    TraceList list;
-    list.AddSink(2, &high);
-    list.AddSink(2, nullptr);
-    list.AddSink(2, &low);
-    list.AddSink(9, &high);  // keeps its place
-    EXPECT_EQ(Traced(list, 2), "high2 low2 ");
-    EXPECT_EQ(Traced(list, 3), "high3 ");
-    EXPECT_EQ(Traced(list, 10), "");
-    list.AddSink(-5, &high);
-    list.TraceAll("%s", "");
-    EXPECT_EQ(journal, "high low ");
-}
-
 TEST(TraceListTest, SinksAndListsMayEndInAnyOrder) {
     auto sink = std::make_unique<Scribe>("sink");
     auto list = std::make_unique<TraceList>();

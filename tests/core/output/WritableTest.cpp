@@ -4,8 +4,6 @@
 
 #include <functional>
 
-#include "core/output/StringWritable.h"
-
 using namespace Quenda;
 
 namespace {
@@ -33,13 +31,6 @@ TEST(WritableTest, EveryFormEndsInOnePrimitiveWrite) {
         EXPECT_EQ(call(out), 40 + piece.size());
         EXPECT_EQ(out.all, std::vector<std::string>{piece});
     }
-}
-
-TEST(StringWritableTest, CutsAtAZeroByteAndReturnsTheLength) {
-    StringWritable out(2);
-    EXPECT_EQ(out.Write("ab\0cd", 5), 2U);
-    EXPECT_EQ(out.Printf(3, "%d", 45), 4U);
-    EXPECT_EQ(out.Text(), "ab45");
 }
 
 }  // namespace
