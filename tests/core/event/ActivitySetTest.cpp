@@ -30,23 +30,6 @@ struct ActivitySetTest : testing::Test {
     ActivitySet set_;
 };
 
-TEST_F(ActivitySetTest, RunsEachOnceInOrderUntilItIsDone) {
-    std::unique_ptr<ActivityHold> b = Hold("b", Done);
-    bool isDone = false;
-    const auto a = Hold("a", [&] {
-        set_.Add(b.get());
-        return isDone;
-    });
-    EXPECT_TRUE(set_.Add(b.get()));
-    EXPECT_TRUE(set_.Add(a.get()));
-    EXPECT_TRUE(set_.Add(b.get()));  // is queued already
-    EXPECT_EQ(Pass(), "ba");
-    isDone = true;
-    EXPECT_EQ(Pass(), "ba") << "b was added during the pass before, a was not done";
-    EXPECT_TRUE(set_.Remove(b.get()));
-    EXPECT_FALSE(set_.HasActivities());
-}
-
 TEST_F(ActivitySetTest, HoldThatDestroysItselfEndsThePass) {
     std::unique_ptr<ActivityHold> a;
     a = Hold("a", [&] {

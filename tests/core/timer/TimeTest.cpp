@@ -29,14 +29,6 @@ TEST(TimeValueTest, IsNormalisedHoweverItIsMade) {
     EXPECT_EQ(TimeValue(INT_MAX, 999999999).Milliseconds(), 2147483647999);
 }
 
-TEST(WallClockTest, FloorIsNotAfterTheTimeAndNextIsStrictlyAfterIt) {
-    const WallTime floor = FloorToPeriod({10, 0}, 5000);
-    const WallTime next = NextPeriod({10, 0}, 5000);
-    EXPECT_EQ(floor.seconds, 10);
-    EXPECT_EQ(next.seconds, 15);
-    EXPECT_EQ(FloorToPeriod({7, 1999}, -60000).microseconds, 1000);  // counts as 1 ms
-}
-
 TEST(WallClockTest, FormatsSecondsAsUnsigned) {
     char text[20];
     EXPECT_EQ(FormatSeconds({-1, 1999}, text, sizeof(text)), 17);

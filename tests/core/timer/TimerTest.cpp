@@ -2,7 +2,6 @@
 
 #include <climits>
 
-#include "core/output/StringWritable.h"
 #include "core/timer/PeriodicTimer.h"
 #include "core/timer/TimeKeeper.h"
 #include "tests/support/CallbackTo.h"
@@ -116,10 +115,6 @@ TEST_F(TimerTest, TimeToNextIsNeverBelowZeroUnlessThereIsNone) {
     Shot late("late");
     late.StartAt({0, 1});
     EXPECT_EQ(keeper_.TimeToNext(), TimeValue(0, 0));
-    keeper_.ResetExpiredCount();
-    StringWritable out;
-    keeper_.Dump(&out);
-    EXPECT_EQ(out.Text(), "0 Timers Expired\n1 Active Timer(s)\nlate -> 0\n");
 }
 
 }  // namespace

@@ -34,19 +34,6 @@ struct ValueHistoryTest : testing::Test {
     ValueList::History history_{list_};
 };
 
-TEST_F(ValueHistoryTest, CommandsCheckTheirNumbers) {
-    EXPECT_EQ(Console({"periodic", "9"}), "Invalid timer interval\n");
-    EXPECT_EQ(Console({"capture", "5", "49"}), "Invalid timer interval\n");
-    EXPECT_EQ(Console({"capture", "0", "49"}), "num_samples must be greater than zero.\n");
-    EXPECT_FALSE(history_.IsSampling());
-    EXPECT_EQ(Console({"capture", "1", "50"}),
-              "Capturing 1 samples periodically at a spacing of 50 milliseconds.\n");
-    EXPECT_EQ(Console({"PERIODIC", "10"}),
-              "Capturing samples periodically every 10 milliseconds.\n");
-    EXPECT_EQ(Console({"Stop"}), "");
-    EXPECT_FALSE(history_.IsSampling());
-}
-
 TEST_F(ValueHistoryTest, CaptureTakesItsSamplesAndPeriodicKeepsTheLast) {
     Console({"capture", "3", "60000"});
     for (size_t samples = 1; samples <= 3; ++samples) {

@@ -9,9 +9,6 @@ using namespace Quenda;
 
 namespace {
 
-constexpr char kDefaults[] = "file = \"/x\"\nlimit = -10\nmask = 7\nratio = 0.500000\n";
-constexpr char kUsage[] = "Usage: show [key] | reset [key] | set {key} {value}\n";
-
 struct ValueListTest : testing::Test {
     std::string Console(const std::vector<const char*>& words) {
         StringWritable out;
@@ -54,30 +51,6 @@ TEST_F(ValueListTest, LoadTakesPresentTextsAndDefaultsForTheRest) {
     EXPECT_TRUE(list_.Load(options));
     EXPECT_FALSE(list_.Load(OptionsNode(Json::Value(1))));
     EXPECT_EQ(Console({}), "file = \"/y\"\nlimit = 5000000\nmask = 7\nratio = 0.500000\n");
-}
-
-TEST_F(ValueListTest, ConsoleShowsSetsAndResetsInItsOwnSpelling) {
-    EXPECT_EQ(Console({"show", "Mask"}), "Cannot find value \"Mask\"\n");
-    EXPECT_EQ(Console({"SHOW"}), kUsage);
-    EXPECT_EQ(Console({"set", "limit", "12"}), "");
-    EXPECT_EQ(Console({"set", "mask", "0"}), "");
-    EXPECT_EQ(Console({"reset", "mask"}), "");
-    EXPECT_EQ(Console({"show"}), "file = \"/x\"\nlimit = 12\nmask = 7\nratio = 0.500000\n");
-    EXPECT_EQ(Console({"reset"}), "");
-    EXPECT_EQ(Console({}), kDefaults);
-    StringWritable out;
-    list_.Command(&out, -1, nullptr);
-    EXPECT_EQ(out.Text(), kUsage);
-}
-
-TEST_F(ValueListTest, HistoryIsCreatedOnFirstUseAndLostWhenDisabled) {
-    EXPECT_EQ(Console({"history", "snapshot"}), kUsage);
-    list_.EnableHistory(true);
-    EXPECT_EQ(Console({"history", "snapshot"}), "Created value history logger.\n");
-    EXPECT_NE(Console({"history", "show"}), "");
-    list_.EnableHistory(false);
-    list_.EnableHistory(true);
-    EXPECT_EQ(Console({"history", "show"}), "Created value history logger.\n");
 }
 
 }  // namespace
