@@ -1,7 +1,5 @@
 #include "core/options/JsonValue.h"
 
-#include <unistd.h>
-
 #include <cmath>
 
 #include "tests/core/options/Json.h"
@@ -32,28 +30,6 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
         EXPECT_EQ(AsUInt(value), asUInt) << value;
         EXPECT_EQ(output.Stop(), complaints) << value;
     }
-}
-
-TEST(JsonValueTest, CommentThatIsNoneIsComplainedAboutAndKept) {
-    Json::Value value(1);
-    Capture output(1);
-    SetSameLineComment(value, "# why");
-    EXPECT_EQ(output.Stop(), "Quenda workaround: Comments must start with /\n");
-    EXPECT_EQ(value.getComment(Json::commentAfterOnSameLine), "# why");
-}
-
-template <typename Convert>
-void End(Convert convert, const char* value) {
-    dup2(2, 1);  // what a death test looks at
-    (void)convert(J(value));
-}
-
-TEST(JsonValueTest, UnsuitableTypesAreComplainedAboutAndEndTheProcess) {
-    const testing::KilledBySignal aborted(SIGABRT);
-    EXPECT_EXIT(End(AsInt, "''"), aborted, "^Quenda workaround: Type is not convertible to int\n");
-    EXPECT_EXIT(End(AsUInt, "[]"), aborted, "Type is not convertible to uint\n");
-    EXPECT_EXIT(End(AsDouble, "{}"), aborted, "Type is not convertible to double\n");
-    EXPECT_EXIT(End(AsText, "1"), aborted, "Type is not convertible to string\n");
 }
 
 }  // namespace

@@ -18,14 +18,9 @@ constexpr char kNoAdd[] = "cannot add object to non-object OptionsNodeEdit";
 constexpr char kAddEmpty[] = "add empty object or itself";
 constexpr char kExists[] = "object with the same name exists";
 constexpr char kTooDeep[] = "OptionsNode is nested too deeply";
-constexpr char kNoModify[] = "cannot modify non-object OptionsNodesEdit";
 constexpr char kNoName[] = "object of the name does not exist";
 constexpr char kNoAppend[] = "cannot append to non-array OptionsNodeEdit or append itself";
-constexpr char kNoIndex[] = "array index does not exist";
-constexpr char kSmall[] = "the array is already smaller than the truncated size";
 constexpr char kMissing[] = "object does not exist";
-constexpr char kNoMerge[] = "merge on Null OptionsNode(s)";
-constexpr char kToSelf[] = "move object from self to self";
 
 TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
     const OptionsNode one(J("1")), object(J("{'a':2}")), null(nullptr), deep(Nested(1000));
@@ -44,20 +39,13 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"{}", [](Edit& n) { return n.AddMember("a", n, true); }, kAddEmpty, "{}"},
         {"{'a':[]}", [&](Edit& n) { return n.AddMember("a", one, false); }, kExists, "{'a':[]}"},
         {"{}", [&](Edit& n) { return n.AddMember("a", deep, true); }, kTooDeep, "{}"},
-        {"1", [&](Edit& n) { return n.ModifyMember("b", object); }, kNoModify, "1"},
         {"{}", [&](Edit& n) { return n.ModifyMember("b", object); }, kNoName, "{}"},
         {"{}", [&](Edit& n) { return n.ModifyMember("a", object); }, "", "{'a':{'a':2}}"},
         {"{}", [&](Edit& n) { return n.Append(one); }, kNoAppend, "{}"},
         {"[1]", [](Edit& n) { return n.Append(n); }, kNoAppend, "[1]"},
-        {"[null]", [&](Edit& n) { return n.SetElement(0, one); }, kNoIndex, "[null]"},
-        {"['x']", [&](Edit& n) { return n.SetElement(1, one); }, kNoIndex, "['x']"},
-        {"[1,2]", [](Edit& n) { return n.Truncate(2); }, kSmall, "[1,2]"},
         {"{}", [](Edit& n) { return n.RemoveMember("a"); }, kMissing, "{}"},
         {"{}", [](Edit& n) { return n.RenameMember("b", "a", false); }, kMissing, "{}"},
         {"{'a':1,'b':''}", [](Edit& n) { return n.RenameMember("b", "a", false); }, "", "{'b':1}"},
-        {"{'a':1}", [](Edit& n) { return n.RenameMember("a", "a", false); }, "", "{'a':1}"},
-        {"1", [](Edit& n) { return n.Overlay(OptionsNode(), 1); }, kNoMerge, "1"},
-        {"1", [&](Edit& n) { return n.Merge(OptionsNode(), null); }, kNoMerge, "1"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases << ", " << c.before);
@@ -86,52 +74,12 @@ TEST(OptionsNodeEditTest, CommentsTruncationAndRemovedNullsAreNoChanges) {
     EXPECT_EQ(Text(document), "{'l':[1]}");
 }
 
-TEST(OptionsNodeEditTest, ArrayWithGapsIsCutToItsSize) {
-    Json::Value gaps;
-    gaps[5U] = 1;
-    EXPECT_TRUE(Edit(&gaps, nullptr).Truncate(3));
-    EXPECT_EQ(gaps.size(), 3U);
-}
-
 TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
     Edit node;
     Edit copy(node);
     EXPECT_TRUE(copy.SetLeaf("a", -1.5, nullptr));
     EXPECT_EQ(Text(node.Value()), "null");
     EXPECT_EQ(Text(copy.Value()), "{'a':-1.5}");
-}
-
-TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
-    Json::Value document = J("{'a':{'b':{'c':1}},'n':null}");
-    bool modified = false;
-    Edit root(&document, nullptr);
-    Edit inner(&document["a"]["b"], &modified);
-    EXPECT_FALSE(root.MoveMember(root, "x", "absent", true));
-    EXPECT_EQ(root.Error().Get(), std::string(kInvalid) + kToSelf);
-    EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into what is moved
-    EXPECT_EQ(inner.Error().Get(), std::string(kInvalid) + kToSelf);
-    EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over what holds it
-    EXPECT_TRUE(inner.MoveMember(root, "n", "c", true));
-    EXPECT_TRUE(modified);
-    EXPECT_EQ(Text(document), "{'a':{'b':{}},'n':1}");
-}
-
-// Overlays and merges are the model's (OptionsModelTest).
-TEST(OptionsNodeEditTest, CommentOfANullValueStaysWhenItGetsMembersOrElements) {
-    const OptionsNode one(J("1"));
-    const std::function<bool(Edit&)> edits[] = {
-        [](Edit& n) { return n.SetLeaf("a", 1, nullptr); },
-        [&](Edit& n) { return n.AddMember("a", one, false); },
-        [](Edit& n) { return n.RenameMember("b", "a", true); },
-        [&](Edit& n) { return n.Append(one); },
-    };
-    for (const auto& edit : edits) {
-        Json::Value document;
-        Edit node(&document, nullptr);
-        EXPECT_TRUE(node.SetComment("why"));
-        EXPECT_TRUE(edit(node));
-        EXPECT_EQ(document.getComment(Json::commentAfterOnSameLine), "//why") << &edit - edits;
-    }
 }
 
 }  // namespace

@@ -75,25 +75,6 @@ TEST(OptionsNodeTest, TextsAreThoseOfTheScalars) {
     EXPECT_EQ(OptionsNode(&list).GetMemberString("a"), "");
 }
 
-TEST(OptionsNodeTest, MembersAreVisitedInOrderAndSelectedWithTheirComments) {
-    static std::string seen;
-    const MemberVisitor visitor(new GlobalCallback<void(bool&, const char*, const OptionsNode&)>(
-        [](bool& stop, const char* name, const OptionsNode& node) {
-            seen += name;
-            stop = node.Value().asInt() == 2;
-        }));
-    const MemberPredicate onlyB(
-        new GlobalCallback<bool(const char*)>([](const char* name) { return *name == 'B'; }));
-    OptionsNode node(J("{'c':3,'b':2,\n// why\n'B':1}"));
-    EXPECT_TRUE(node.ForEachMember(visitor));
-    EXPECT_EQ(seen, "Bb");
-    EXPECT_TRUE(node.SelectMembers(onlyB, node));
-    EXPECT_EQ(Text(node.Value()), "{'B':1}");
-    EXPECT_EQ(node.Value()["B"].getComment(Json::commentBefore), "// why");
-    EXPECT_FALSE(OptionsNode(J("{'b':1}")).SelectMembers(onlyB, node));
-    EXPECT_EQ(Text(node.Value()), "{'B':1}");
-}
-
 TEST(OptionsNodeTest, TextFormsKeepCommentsOnlyWhenPrinted) {
     const OptionsNode node(J("{'a':1, //why\n'o':{}}"));
     StringWritable out;
