@@ -57,15 +57,4 @@ TEST_F(HeartbeatTimerBaseTest, ReloadRestartsOnlyAnActiveTimerAndSkipsEqualOptio
     EXPECT_FALSE(timer_.IsActive());
 }
 
-TEST_F(HeartbeatTimerBaseTest, CheckNowReadsAndRestartsThePeriod) {
-    WriteCount(3);
-    ASSERT_TRUE(Reload(1000U));
-    EXPECT_FALSE(timer_.CheckNow());  // idle: nothing to do
-    EXPECT_EQ(timer_.GetLastCount(), 0U);
-    ASSERT_TRUE(timer_.Start());
-    EXPECT_TRUE(timer_.CheckNow());
-    EXPECT_EQ(timer_.GetLastCount(), 3U);
-    EXPECT_EQ(Quenda::TimeKeeper::Instance().ActiveCount(), 1U);
-}
-
 }  // namespace

@@ -45,9 +45,6 @@ struct WatchdogTest : testing::Test {
         return Outcome(wdStart(control_, seconds, text_.data(), text_.size()));
     }
     std::string Stop() { return Outcome(wdStop(control_, text_.data(), text_.size())); }
-    std::string IsEnabled(uint32_t* state) {
-        return Outcome(wdIsEnabled(control_, state, text_.data(), text_.size()));
-    }
 
     using Slot = WatchdogControl::Slot;
     static constexpr Slot kFiles[] = {Slot::kCounter0,  Slot::kCounter1,  Slot::kCounter2,
@@ -97,11 +94,8 @@ TEST_F(WatchdogTest, WritesStopAtTheFirstThatFails) {
 
 TEST_F(WatchdogTest, MissingFileFailsBeforeAnythingIsWritten) {
     unlink(control_.Get(Slot::kControlAll));
-    uint32_t state = 5;
     EXPECT_EQ(Start(300), "1 wdStart (238) : WD_FILE_NOT_FOUND");
     EXPECT_EQ(Stop(), "1 wdStop (268) : WD_FILE_NOT_FOUND");
-    EXPECT_EQ(IsEnabled(&state), "1 wdIsEnabled (306) : WD_FILE_NOT_FOUND");
-    EXPECT_EQ(state, 5U);
     EXPECT_EQ(Written(), "|||||||");
 }
 
@@ -109,35 +103,6 @@ TEST_F(WatchdogTest, OtherBiteTimesAreRefusedAndStopWritesAWholeZero) {
     EXPECT_EQ(Start(301), "9 wdStart (245) : WD_INV_ENTRY");
     EXPECT_EQ(Stop(), "0 ");
     EXPECT_EQ(Written(), "||||||0x0|");
-}
-
-TEST_F(WatchdogTest, EnabledIsTheFirstOfTwoBytes) {
-    const std::tuple<const char*, uint32_t, const char*> cases[] = {
-        {"1\n", kWatchdogEnabled, "0 "},
-        {"0\n", kWatchdogDisabled, "0 "},
-        {"1", 5, "3 wdIsEnabled (313) : WD_READ_ERR"}};
-    for (const auto& [content, expected, outcome] : cases) {
-        dir_.Write(std::to_string(WatchdogControl::kControlEn), content);
-        uint32_t state = 5;
-        EXPECT_EQ(IsEnabled(&state), outcome) << content;
-        EXPECT_EQ(state, expected) << content;
-    }
-    EXPECT_EQ(IsEnabled(nullptr), "4 wdIsEnabled (299) : WD_NULL_POINTER");
-}
-
-TEST(WatchdogErrorTest, TextIsCutToTheBuffer) {
-    char text[10];
-    EXPECT_EQ(wdFormatError("wdStart", 7, 25, text, sizeof(text)), WD_DB_OK);
-    EXPECT_STREQ(text, "wdStart ");
-}
-
-TEST_F(WatchdogTest, StepsTakeDescriptorZeroForOneThatIsNotOpenAndTraceAtLevelNine) {
-    uint32_t error = 12;
-    EXPECT_EQ(wdSetWatchdogTime(45, {1, 2, 3, 4, 0, 6, 0, 7}, &error), WD_INV_FD_DESC);
-    EXPECT_EQ(wdDisable(0, &error), WD_INV_FD_DESC);
-    EXPECT_EQ(traces_.Text(),
-              "wdSetWatchdogTime - time: 45  fdtimer0: 1  fdtimer1: 2  fdtimer2: 3  "
-              "fdtimer3: 4  fden: 0  fdreset: 6  fdall: 7  err: 12\n");
 }
 
 }  // namespace
