@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <new>
 
@@ -59,17 +58,6 @@ TEST_F(ShellRunnerTest, FailedExecIsExplainedAndRunsNoExitHandlerOfTheCaller) {
     EXPECT_EQ(output,
               "Failed to exec \"/nonexistent\": No such file or directory\n"
               "Shell command exited with code 1\n");
-}
-
-TEST_F(ShellRunnerTest, AtMost30ArgumentsArePassed) {
-    std::vector<const char*> argv(40, "x");
-    std::copy_n(std::array{"sh", "-c", "echo $#"}.begin(), 3, argv.begin());
-    // The shell's name, its option, the command and $0 do not count in $#.
-    for (const auto& [count, passed] : {std::pair(29, "25\n"), {30, "26\n"}, {40, "26\n"}}) {
-        std::string output;
-        EXPECT_TRUE(RunExecCommand("/bin/sh", count, argv.data(), output));
-        EXPECT_EQ(output, passed) << count;
-    }
 }
 
 TEST_F(ShellRunnerTest, WithoutAPipeOrAProcessTheReasonReplacesTheOutput) {

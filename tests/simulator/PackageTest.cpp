@@ -38,7 +38,8 @@ struct EndToEndPackageTest : EndToEnd {
     CommandResult Shell(const std::string& line) { return terminal_->Run({"/bin/sh", "-c", line}); }
 
     void Service(const std::string& action, int status, const std::string& text) {
-        const CommandResult result = Shell("umask 077; cd /tmp; exec env -i " + action_ + action);
+        const CommandResult result =
+            Shell("umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS " + action_ + action);
         EXPECT_EQ(result.status, W_EXITCODE(status, 0)) << action << ": " << result.output;
         EXPECT_NE(result.output.find(text), std::string::npos) << action << ": " << result.output;
     }

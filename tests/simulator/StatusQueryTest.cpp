@@ -106,33 +106,6 @@ TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAl
     EXPECT_EQ(ReadFile(terminal_->Path("/var/run/quenda/kept")), "precious\n");
 }
 
-TEST_F(EndToEndStatusQueryTest, FilesOfLaterYearsAreReadLikeAnyOther) {
-    constexpr time_t kYear2039 = 2177452800;
-    constexpr time_t kYear2107 = 4323283200;
-    const auto date = [this](const char* file, time_t seconds, long nanoseconds) {
-        const timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
-        ASSERT_EQ(utimensat(AT_FDCWD, terminal_->Path(file).c_str(), times, 0), 0) << file;
-    };
-    PowerOn();
-    WriteInside(*terminal_, kStatusFile, "of 2039\n");
-    date(kStatusFile, kYear2039, 999999999);
-    date(kPrimaryOptions, kYear2107, 0);
-    date(kKeldraProgram, kYear2107, 0);
-    StartHealthy();
-    EXPECT_EQ(LogLines("Falling back"), 0);
-    // The test answers in place of the daemon, once that has been asked.
-    const pid_t daemon = Only("keldra_monitor");
-    const std::string status = terminal_->Path("/proc/" + std::to_string(daemon) + "/status");
-    ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
-    (void)RunMonitorInShell("\"$@\" 2>/tmp/answer &", {"-i"});
-    ASSERT_TRUE(Becomes(
-        [&] { return ReadFile(status).find("ShdPnd:\t0000000000000200") != std::string::npos; }));
-    WriteInside(*terminal_, kStatusFile, "of 2107\n");
-    date(kStatusFile, kYear2107, 0);
-    (void)Only("keldra_monitor");
-    EXPECT_EQ(ReadFile(terminal_->Path("/tmp/answer")), "of 2107\n");
-}
-
 TEST_F(EndToEndStatusQueryTest, ReportIsNewerWhenItsNanosecondsAre) {
     StartHealthy();
     // The clock was set back since; each part of the time is compared on its own.
