@@ -76,6 +76,7 @@ Scene InitScript(unsigned period) {
         {"echo 'KELDRA_MONITOR_OPTIONS=\"-t " + seconds + "\"' >/etc/default/keldra_monitor", "",
          0},
         {script + "status", "Keldra_Up_And_Okay", 0},
+        {script + "health", "Keldra_Up_And_Okay", 0},
         {script + "stop", "has been stopped", 0},
         {script + "status", "is not running", 3},
         {script + "start", "has been started", 0},
