@@ -20,7 +20,9 @@ constexpr char kExists[] = "object with the same name exists";
 constexpr char kTooDeep[] = "OptionsNode is nested too deeply";
 constexpr char kNoName[] = "object of the name does not exist";
 constexpr char kNoAppend[] = "cannot append to non-array OptionsNodeEdit or append itself";
+constexpr char kNoIndex[] = "array index does not exist";
 constexpr char kMissing[] = "object does not exist";
+constexpr char kToSelf[] = "move object from self to self";
 
 TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
     const OptionsNode one(J("1")), object(J("{'a':2}")), null(nullptr), deep(Nested(1000));
@@ -43,6 +45,8 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
         {"{}", [&](Edit& n) { return n.ModifyMember("a", object); }, "", "{'a':{'a':2}}"},
         {"{}", [&](Edit& n) { return n.Append(one); }, kNoAppend, "{}"},
         {"[1]", [](Edit& n) { return n.Append(n); }, kNoAppend, "[1]"},
+        {"['x']", [&](Edit& n) { return n.Append(object); }, "", "['x',{'a':2}]"},
+        {"['x']", [&](Edit& n) { return n.SetElement(1, one); }, kNoIndex, "['x']"},
         {"{}", [](Edit& n) { return n.RemoveMember("a"); }, kMissing, "{}"},
         {"{}", [](Edit& n) { return n.RenameMember("b", "a", false); }, kMissing, "{}"},
         {"{'a':1,'b':''}", [](Edit& n) { return n.RenameMember("b", "a", false); }, "", "{'b':1}"},
@@ -80,6 +84,21 @@ TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
     EXPECT_TRUE(copy.SetLeaf("a", -1.5, nullptr));
     EXPECT_EQ(Text(node.Value()), "null");
     EXPECT_EQ(Text(copy.Value()), "{'a':-1.5}");
+}
+
+TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
+    Json::Value document = J("{'a':{'b':{'c':1}},'n':null}");
+    bool modified = false;
+    Edit root(&document, nullptr);
+    Edit inner(&document["a"]["b"], &modified);
+    EXPECT_FALSE(root.MoveMember(root, "x", "absent", true));
+    EXPECT_EQ(root.Error().Get(), std::string(kInvalid) + kToSelf);
+    EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into what is moved
+    EXPECT_EQ(inner.Error().Get(), std::string(kInvalid) + kToSelf);
+    EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over what holds it
+    EXPECT_TRUE(inner.MoveMember(root, "n", "c", true));
+    EXPECT_TRUE(modified);
+    EXPECT_EQ(Text(document), "{'a':{'b':{}},'n':1}");
 }
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
-
 #include "core/output/StringWritable.h"
 
 using namespace Quenda;
@@ -12,22 +9,10 @@ using namespace Quenda;
 namespace {
 
 struct ValueHistoryTest : testing::Test {
-    ValueHistoryTest() {
-        setenv("TZ", "UTC", 1);
-        tzset();
-    }
-
     std::string Console(const std::vector<const char*>& words) {
         StringWritable out;
         history_.Command(&out, static_cast<int>(words.size()), words.data());
         return out.Text();
-    }
-
-    // A sample of "n" at so many microseconds since 1970.
-    void Sample(const char* n, int64_t microseconds) {
-        list_.Find("n")->SetFromText(n);
-        history_.TakeSnapshot(
-            {microseconds / 1000000, static_cast<int32_t>(microseconds % 1000000)});
     }
 
     ValueList list_{{ValueDefinition::Int("n", 0), ValueDefinition::Text("text", "a")}};
@@ -49,17 +34,6 @@ TEST_F(ValueHistoryTest, CaptureTakesItsSamplesAndPeriodicKeepsTheLast) {
     }
     EXPECT_TRUE(history_.IsSampling());
     EXPECT_EQ(history_.SampleCount(), 2U);
-}
-
-TEST_F(ValueHistoryTest, SamplesPrintAsBlocksOrAsATable) {
-    Sample("5", 59999499);
-    Sample("6", 4323283199999500);  // rounded up into the next year
-    EXPECT_EQ(Console({"show"}),
-              "\n---- 1970-01-01 00:00:59.999 ----\nn = 5\ntext = \"a\"\n"
-              "\n---- 2107-01-01 00:00:00.000 ----\nn = 6\ntext = \"a\"\n");
-    EXPECT_EQ(Console({"delta", "n", "a_name_of_15_ch"}),
-              "#                      Time ,      delta_n , delta_a_name_of_15_ch \n"
-              "    2107-01-01 00:00:00.000 ,         1.00 ,                     - \n");
 }
 
 }  // namespace
