@@ -30,7 +30,7 @@ std::string StandInWatchdog::Write(const std::string& file, const std::string& t
     biteSeconds_ = chosenSeconds_;
     chosenSeconds_ = 0;
     linesLeft_ = kCountdownLines;
-    nextLine_ = now + biteSeconds_ / kCountdownLines;
+    nextLine_ = now + static_cast<double>(biteSeconds_) / kCountdownLines;
     return "armed with " + std::to_string(biteSeconds_) + " s";
 }
 
@@ -39,7 +39,7 @@ std::string StandInWatchdog::Tick(double now) {
         return "";
     }
     --linesLeft_;
-    nextLine_ = linesLeft_ > 0 ? nextLine_ + biteSeconds_ / kCountdownLines
+    nextLine_ = linesLeft_ > 0 ? nextLine_ + static_cast<double>(biteSeconds_) / kCountdownLines
                                : std::numeric_limits<double>::infinity();
     return linesLeft_ > 0
                ? "bites in " + std::to_string(linesLeft_ * biteSeconds_ / kCountdownLines) + " s"

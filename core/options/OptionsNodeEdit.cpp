@@ -28,6 +28,9 @@ OptionsNodeEdit::OptionsNodeEdit(const OptionsNodeEdit& other) : OptionsNodeEdit
 }
 
 OptionsNodeEdit& OptionsNodeEdit::operator=(const OptionsNodeEdit& other) {
+    if (this == &other) {
+        return *this;
+    }
     OptionsNode::operator=(other);
     const bool editsOwn = other.editValue_ != nullptr && ViewsOwnValue();
     editValue_ = editsOwn ? OwnValue() : other.editValue_;
