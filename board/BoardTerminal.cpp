@@ -4,7 +4,6 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -16,8 +15,8 @@ using Clock = std::chrono::steady_clock;
 
 // Far beyond what any of it takes: a slow workstation is slow, not wrong.
 constexpr std::chrono::seconds kBootPatience{120};
-constexpr std::chrono::seconds kCommandPatience{120};
-constexpr size_t kLinesKept = 2000;  // in characters
+constexpr std::chrono::seconds kCommandPatience{600};  // one sleeps until a bite is due
+constexpr size_t kLinesKept = 2000;                    // in characters
 
 // What stands on the console before what its kernel, the driver, board/init and the daemon say.
 constexpr char kBanner[] = "Linux version ";
@@ -116,7 +115,8 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
 // "[    0.390000] cpld_watchdog: armed with 300 s\r".
 void BoardTerminal::TakeConsole(const std::string& line) {
     const std::string whole = line.substr(0, line.find('\r'));
-    std::string text = whole.substr(std::min(whole.size(), whole.find("] ") + 2));
+    const size_t time = whole.find("] ");
+    std::string text = time == std::string::npos ? whole : whole.substr(time + 2);
     if (TakeOff(kOutput, &text)) {
         result_.output += text + "\n";
         return;
