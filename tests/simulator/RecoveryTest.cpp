@@ -31,20 +31,3 @@ TEST_F(EndToEndRecoveryTest, KeldraThatCannotBeExecutedIsReported) {
     ExpectLog("Keldra failed to start, status: 65");
     ExpectLog("Starting the SSH daemon because it was not detected");
 }
-
-TEST_F(EndToEndRecoveryTest, WhatFailsIsReportedAndTriedAgainUntilItIsRepaired) {
-    PowerOn();
-    for (const char* order : {kKeldraRefuses, kServiceFails, kLedFails}) {
-        WriteInside(*terminal_, order, "255\n");
-    }
-    StartMonitor();
-    for (int check = 0; check < 2; ++check) {
-        ExpectLog("Failed to set the LEDs on the terminal: ");
-        ExpectLog("Keldra failed to start, status: 255");
-        ExpectLog("service: cannot start sshd\nShell command exited with code 255");
-    }
-    Repair(terminal_.get());
-    Expect(Source::kSshd, "is up");
-    ExpectLog("Keldra started responding again after ");
-    Expect(Source::kLed, "all error");
-}

@@ -68,16 +68,3 @@ TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
     EXPECT_NE(output.find("Keldra is up and okay\n"), std::string::npos) << output;
     EXPECT_NE(output.find("\nParameters\n==========\n"), std::string::npos) << output;
 }
-
-TEST_F(EndToEndShutdownTest, SuccessorTakesOverTheRunningKeldra) {
-    StartHealthy();
-    const pid_t keldra = Only("keldra");
-    ExpectGracefulEnd(SIGTERM);
-    terminal_->Mark();
-    StartMonitor();
-    for (int check = 0; check < 4; ++check) {
-        Expect(Source::kWatchdog, "armed with 300 s");
-    }
-    EXPECT_EQ(Only("keldra"), keldra);
-    EXPECT_EQ(LogLines("Keldra is not running!"), 1);
-}

@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <csignal>
 #include <filesystem>
 
@@ -20,31 +19,6 @@ TEST_F(EndToEndStatusQueryTest, PrintsTheNewReportAndNothingOfAnOlderOne) {
     EXPECT_EQ(query.output, ReadFile(terminal_->Path(kStatusFile)));
     EXPECT_EQ(query.output.find("xx"), std::string::npos);
     EXPECT_EQ(query.output.find("Parameters\n"), 0U) << query.output;
-}
-
-TEST_F(EndToEndStatusQueryTest, QueriesAtOnceShareOneReport) {
-    StartHealthy();
-    const pid_t daemon = Only("keldra_monitor");
-    // Stopped until all of them have asked, so that it answers them all with one report.
-    ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
-    (void)RunMonitorInShell("for i in 1 2 3 4; do \"$@\" 2>/tmp/query.$i & done", {"-i"});
-    std::vector<Process> all;
-    ASSERT_TRUE(Becomes([&] {
-        all = terminal_->Processes("keldra_monitor");
-        const auto waits = [](const Process& process) { return process.state == 'S'; };
-        return std::count_if(all.begin(), all.end(), waits) == 4;
-    }));
-    // A query may take another one for the daemon and ask that.
-    for (const Process& process : all) {
-        ASSERT_TRUE(terminal_->Signal(process.pid, SIGUSR1));
-    }
-    ASSERT_TRUE(terminal_->Signal(daemon, SIGCONT));
-    EXPECT_EQ(Only("keldra_monitor"), daemon);
-    for (const char* output : {"/tmp/query.1", "/tmp/query.2", "/tmp/query.3", "/tmp/query.4"}) {
-        const std::string report = ReadFile(terminal_->Path(output));
-        EXPECT_EQ(report.find("Parameters\n"), 0U) << output << report;
-        EXPECT_EQ(report, ReadFile(terminal_->Path(kStatusFile))) << output;
-    }
 }
 
 TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {

@@ -69,32 +69,6 @@ TEST_F(EventLoopTest, FailuresOfTheKernelAreLoggedAndAbsorbed) {
                          e, c, e, c, e, c));
 }
 
-TEST_F(EventLoopTest, DescriptorZeroIsNeitherRemovedNorClosed) {
-    const int saved = fcntl(0, F_DUPFD_CLOEXEC, 3);
-    EventHandler ready("ready");
-    dup2(ready.Fd(), 0);
-    {
-        EventHandler console("console", EPOLLIN, 0);
-        EXPECT_TRUE(loop_.AddHandler(&console));
-    }
-    EXPECT_NE(fcntl(0, F_GETFD), -1);
-    EventHandler next("next", EPOLLIN, 0);
-    EXPECT_FALSE(loop_.AddHandler(&next)) << "the entry has gone";
-    dup2(saved, 0);
-    close(saved);
-}
-
-TEST_F(EventLoopTest, HandlersOutliveTheirLoop) {
-    auto loop = std::make_unique<EventLoop>();
-    loop->Init();
-    auto handler = std::make_unique<EventHandler>("h");
-    loop->AddHandler(handler.get());
-    loop.reset();
-    EXPECT_TRUE(handler->SetEvents(EPOLLOUT));
-    handler.reset();
-    EXPECT_EQ(OpenDescriptors().size(), before_.size() + 1);
-}
-
 TEST_F(EventLoopTest, ConsoleClampsItsNumbers) {
     const char* const words[] = {"sleep", "-99999999999"};
     StringWritable out;

@@ -66,18 +66,6 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
     }
 }
 
-TEST(OptionsNodeEditTest, CommentsTruncationAndRemovedNullsAreNoChanges) {
-    Json::Value document = J("{'l':[1,2,3],'n':null}");
-    bool modified = false;
-    Edit node(&document, &modified);
-    EXPECT_TRUE(node.SetComment("why"));
-    EXPECT_TRUE(Edit(&document["l"], &modified).Truncate(1));
-    EXPECT_FALSE(node.RemoveMember("n"));
-    EXPECT_TRUE(node.Error().IsAbsent());
-    EXPECT_FALSE(modified);
-    EXPECT_EQ(Text(document), "{'l':[1]}");
-}
-
 TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
     Edit node;
     Edit copy(node);
@@ -99,6 +87,24 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     EXPECT_TRUE(inner.MoveMember(root, "n", "c", true));
     EXPECT_TRUE(modified);
     EXPECT_EQ(Text(document), "{'a':{'b':{}},'n':1}");
+}
+
+// Overlays and merges are the model's (OptionsModelTest).
+TEST(OptionsNodeEditTest, CommentOfANullValueStaysWhenItGetsMembersOrElements) {
+    const OptionsNode one(J("1"));
+    const std::function<bool(Edit&)> edits[] = {
+        [](Edit& n) { return n.SetLeaf("a", 1, nullptr); },
+        [&](Edit& n) { return n.AddMember("a", one, false); },
+        [](Edit& n) { return n.RenameMember("b", "a", true); },
+        [&](Edit& n) { return n.Append(one); },
+    };
+    for (const auto& edit : edits) {
+        Json::Value document;
+        Edit node(&document, nullptr);
+        EXPECT_TRUE(node.SetComment("why"));
+        EXPECT_TRUE(edit(node));
+        EXPECT_EQ(document.getComment(Json::commentAfterOnSameLine), "//why") << &edit - edits;
+    }
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "core/options/OptionsNode.h"
 
-#include "core/output/StringWritable.h"
 #include "tests/core/options/Json.h"
 
 using namespace Quenda;
@@ -73,17 +72,6 @@ TEST(OptionsNodeTest, TextsAreThoseOfTheScalars) {
         EXPECT_EQ(OptionsNode(&list).GetElementString(i), texts[i]) << i;
     }
     EXPECT_EQ(OptionsNode(&list).GetMemberString("a"), "");
-}
-
-TEST(OptionsNodeTest, TextFormsKeepCommentsOnlyWhenPrinted) {
-    const OptionsNode node(J("{'a':1, //why\n'o':{}}"));
-    StringWritable out;
-    node.Print(&out, {"o"});
-    node.Print(&out, {"absent"});
-    node.Print(&out, {});
-    EXPECT_EQ(out.Text(), "\n{\n   \"a\" : 1, //why\n   \"o\" : {}\n}\n\n");
-    EXPECT_STREQ(node.GetCompactText().Get(), "{\"a\":1,\"o\":{}}\n");
-    EXPECT_TRUE(node.GetNode({"o"}).GetCompactText().IsEmpty());
 }
 
 TEST(OptionsNodeTest, NodeMayBecomeAPartOfWhatItHolds) {

@@ -110,11 +110,4 @@ TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {
     EXPECT_LT((timer.Expiry() - TimeValue::Now()).Milliseconds(), 1);
 }
 
-TEST_F(TimerTest, TimeToNextIsNeverBelowZeroUnlessThereIsNone) {
-    EXPECT_EQ(keeper_.TimeToNext(), TimeValue(-1, 0));
-    Shot late("late");
-    late.StartAt({0, 1});
-    EXPECT_EQ(keeper_.TimeToNext(), TimeValue(0, 0));
-}
-
 }  // namespace
