@@ -106,7 +106,7 @@ bool StartHeartbeatReader() {
     if (!heartbeatReader.Reload(options)) {
         LogMessage(0, "Failed to set the HeartbeatReadTimer options\n");
     }
-    if (heartbeatReader.GetTimeout() > kBiteSeconds - 1) {
+    if (heartbeatReader.GetTimeout() >= kBiteSeconds) {
         LogMessage(0,
                    "The heartbeat timeout is %u seconds, but the watchdog will bite after %d "
                    "seconds. This will most likely cause problems, but continuing anyway.\n",

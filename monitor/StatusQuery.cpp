@@ -24,7 +24,7 @@ constexpr unsigned int kPollMs = 10;
 // The time that the whole query may take, counted in polls.
 class PollBudget {
 public:
-    bool IsSpent() const { return polls_ * kPollMs > kBudgetSeconds * 1000 - 1; }
+    bool IsSpent() const { return polls_ * kPollMs >= kBudgetSeconds * 1000; }
     void WaitForNextPoll() {
         usleep(kPollMs * 1000);
         ++polls_;

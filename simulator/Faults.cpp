@@ -72,9 +72,7 @@ std::string DamagePrimaryOptions(Terminal* terminal) {
 std::string Repair(Terminal* terminal) {
     std::string script =
         terminal->HasStandInKeldra() ? "" : std::string("chmod 755 ") + kKeldraProgram + "\n";
-    for (const char* file : {kKeldraRefuses, kServiceFails, kLedFails}) {
-        script += std::string(": >") + file + "\n";
-    }
+    script += std::string(": >") + kKeldraRefuses + "\n";
     script += std::string("echo '{ \"options\": \"primary\" }' >") + kPrimaryOptions;
     return Change(terminal, "everything is repaired now", script);
 }

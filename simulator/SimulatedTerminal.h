@@ -56,7 +56,6 @@ public:
 private:
     bool Boot(std::string* reason) override;
     void TakeWatchdog(const std::string& text) override;
-    bool Install(std::string* reason) const;
     bool BindSyslog(std::string* reason);
     void TakeTime();
     void Bite();

@@ -24,9 +24,7 @@ constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";
 // While this holds anything, a Keldra that is started waits.
 constexpr char kKeldraWaits[] = "/run/simulator/keldra.waits";
-// While one of these holds an exit status, the stand-in of that name fails with it.
+// While this holds an exit status, the stand-in Keldra fails with it.
 constexpr char kKeldraRefuses[] = "/run/simulator/keldra.fails";
-constexpr char kServiceFails[] = "/run/simulator/service.fails";
-constexpr char kLedFails[] = "/run/simulator/led.fails";
 
 }  // namespace Simulator

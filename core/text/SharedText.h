@@ -1,5 +1,5 @@
 // A text that may be absent, shared between its copies and never changed: the name of a timer
-// or a handler, a formatted log line, the error of an options node.
+// or a handler, a formatted time, the error of an options node.
 #pragma once
 
 #include <cstddef>

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <string>
 #include <vector>
 
 #include "core/timer/PeriodicTimer.h"

@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "monitor/MonitorState.h"
 #include "tests/support/Capture.h"
 #include "tests/support/TempDir.h"
 

@@ -38,7 +38,8 @@ struct HealthCheckTest : testing::Test {
         supervision = {};
         Quenda::OptionsNodeEdit options;
         options.SetLeaf("heartbeat_filename", dir_.File("heartbeat"), nullptr);
-        ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
+        ASSERT_TRUE(heartbeatReader.Reload(options));
+        ASSERT_TRUE(heartbeatReader.Start());
         ASSERT_TRUE(heartbeatReader.Stop());  // forgets what the case before has read
         sshd_ = std::make_unique<NamedProcess>(OwnName("ktsshd"));
     }

@@ -40,6 +40,7 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
         {"12 (keldra) S", nullptr, 0},
         {"12 (keldra) S ", nullptr, 0},
         {"12 (keldra) 0 1", nullptr, 0},
+        {"12 (keldra) \xe9 1", nullptr, 0},
         {"12 (keldra)S 1", nullptr, 0},
         {"", nullptr, 0},
         {"12 (" + longName + ") S 1", nullptr, 0},
@@ -149,7 +150,8 @@ TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
     const NamedProcess other(bystander);
     kill(caller, SIGCONT);
     ASSERT_EQ(waitpid(caller, &status, 0), caller);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGTERM);
     EXPECT_EQ(a.Wait(), SIGTERM);  // had it come after the caller, it would still live
     EXPECT_EQ(b.Wait(), SIGTERM);
     EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));

@@ -18,7 +18,8 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     supervision = {OptionsType::Backup_Options, KeldraState::Keldra_Missed_Heartbeat, 2, -1, 4711};
     Quenda::OptionsNodeEdit options;
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
-    ASSERT_TRUE(heartbeatReader.Reload(options) && heartbeatReader.Start());
+    ASSERT_TRUE(heartbeatReader.Reload(options));
+    ASSERT_TRUE(heartbeatReader.Start());
     ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
     Capture output(1);
     WriteStatusReport(stdout);

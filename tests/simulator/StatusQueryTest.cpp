@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <filesystem>
 
 #include "tests/simulator/EndToEnd.h"
 

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <climits>
-
 #include "core/timer/PeriodicTimer.h"
 #include "core/timer/TimeKeeper.h"
 #include "tests/support/CallbackTo.h"
