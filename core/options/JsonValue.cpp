@@ -26,8 +26,12 @@ bool IsArray(const Json::Value& value) {
     return value.isNull() || value.isArray();
 }
 
+bool IsIntegral(const Json::Value& value) {
+    return value.type() == Json::intValue || value.type() == Json::uintValue || value.isBool();
+}
+
 bool IsNumeric(const Json::Value& value) {
-    return value.isNumeric() || value.isBool();
+    return IsIntegral(value) || value.type() == Json::realValue;
 }
 
 int32_t AsInt(const Json::Value& value) {

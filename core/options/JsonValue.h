@@ -18,9 +18,10 @@ namespace Quenda::JsonValue {
 // level costs stack; no real document comes near.
 constexpr unsigned kMaxNesting = 1000;
 
-// Null counts as an object and as an array, booleans count as numeric.
+// Null counts as an object and as an array, booleans count as integral and numeric.
 bool IsObject(const Json::Value& value);
 bool IsArray(const Json::Value& value);
+bool IsIntegral(const Json::Value& value);
 bool IsNumeric(const Json::Value& value);
 
 // Null gives 0. An unsigned number from 2147483647 on (itself included) is complained about and

@@ -42,6 +42,14 @@ OptionsNodeEdit::~OptionsNodeEdit() {
     editValue_ = nullptr;
 }
 
+bool OptionsNodeEdit::HoldsObject() const {
+    return editValue_ != nullptr && JsonValue::IsObject(*editValue_);
+}
+
+const Json::Value* OptionsNodeEdit::FindMember(const char* name) const {
+    return editValue_ == nullptr ? nullptr : JsonValue::FindMember(*editValue_, name);
+}
+
 bool OptionsNodeEdit::HoldsArray() const {
     return editValue_ != nullptr && JsonValue::IsArray(*editValue_);
 }
@@ -138,7 +146,7 @@ bool OptionsNodeEdit::ModifyMember(const char* name, const OptionsNode& source) 
 }
 
 bool OptionsNodeEdit::RemoveMember(const char* name) {
-    if (JsonValue::FindMember(Value(), name) == nullptr) {
+    if (FindMember(name) == nullptr) {
         return Fail(kMissingObject);
     }
     Json::Value removed;
@@ -147,7 +155,7 @@ bool OptionsNodeEdit::RemoveMember(const char* name) {
 }
 
 bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, bool allowMissing) {
-    const Json::Value* old = JsonValue::FindMember(Value(), oldName);
+    const Json::Value* old = FindMember(oldName);
     if (!HoldsObject() || newName == nullptr || (old == nullptr && !allowMissing)) {
         return Fail(kMissingObject);
     }
@@ -168,7 +176,7 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
     if (&destination == this) {
         return destination.Fail(kMoveToSelf);
     }
-    const Json::Value* moved = JsonValue::FindMember(Value(), name);
+    const Json::Value* moved = FindMember(name);
     if (moved == nullptr) {
         return Fail(kMissingObject);
     }
@@ -176,7 +184,7 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
     if (!destination.MayAdd(newName, member, replace)) {
         return false;
     }
-    const Json::Value* replaced = JsonValue::FindMember(destination.Value(), newName);
+    const Json::Value* replaced = destination.FindMember(newName);
     if (IsPartOf(*destination.editValue_, *moved) ||
         (replaced != nullptr && IsPartOf(*moved, *replaced))) {
         return destination.Fail(kMoveToSelf);

@@ -75,8 +75,10 @@ public:
     bool Merge(const OptionsNode& source, const OptionsNode& arrayIds);
 
 private:
-    bool HoldsObject() const { return editValue_ != nullptr && IsObject(); }
+    // What is edited, which is not what is viewed after a selection was put here.
+    bool HoldsObject() const;
     bool HoldsArray() const;
+    const Json::Value* FindMember(const char* name) const;
     bool SetLeafValue(const char* name, Json::Value value, const char* comment);
     // Whether the source may become a member: the refusals of `AddMember`.
     bool MayAdd(const char* name, const OptionsNode& source, bool replace) const;

@@ -1,6 +1,6 @@
 #include "core/options/internal/JsonEdit.h"
 
-#include <algorithm>
+#include <vector>
 
 #include "core/options/JsonValue.h"
 
@@ -47,9 +47,19 @@ void AssignValue(Json::Value& destination, Json::Value source) {
 }
 
 bool IsPartOf(const Json::Value& part, const Json::Value& whole) {
-    return &part == &whole ||
-           std::any_of(whole.begin(), whole.end(),
-                       [&part](const Json::Value& child) { return IsPartOf(part, child); });
+    // Without recursion: a document may nest deeper than what is ever put into it at once.
+    std::vector<const Json::Value*> pending{&whole};
+    while (!pending.empty()) {
+        const Json::Value* const value = pending.back();
+        pending.pop_back();
+        if (value == &part) {
+            return true;
+        }
+        for (const Json::Value& child : *value) {
+            pending.push_back(&child);
+        }
+    }
+    return false;
 }
 
 }  // namespace Quenda

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "tests/core/options/Json.h"
+#include "tests/support/CallbackTo.h"
 
 using namespace Quenda;
 
@@ -105,6 +106,16 @@ TEST(OptionsNodeEditTest, CommentOfANullValueStaysWhenItGetsMembersOrElements) {
         EXPECT_TRUE(edit(node));
         EXPECT_EQ(document.getComment(Json::commentAfterOnSameLine), "//why") << &edit - edits;
     }
+}
+
+TEST(OptionsNodeEditTest, NodeThatViewsASelectionEditsItsOwnDocumentAlone) {
+    Json::Value list(Json::arrayValue);
+    Edit node(&list, nullptr);
+    const MemberPredicate all(new CallbackTo<bool(const char*)>([](const char*) { return true; }));
+    ASSERT_TRUE(OptionsNode(J("{'a':1}")).SelectMembers(all, node));
+    EXPECT_FALSE(node.RemoveMember("a"));
+    EXPECT_FALSE(node.SetLeaf("b", 1, nullptr));
+    EXPECT_EQ(Text(list), "[]");
 }
 
 }  // namespace
