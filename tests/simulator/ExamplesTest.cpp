@@ -36,6 +36,7 @@ TEST_F(EndToEndExamplesTest, ReasonOfARebootIsKeptWithTheStatusOfThatMoment) {
     ASSERT_TRUE(WriteInside(*terminal_, "/usr/sbin/keep-reboot-reason.sh", script));
     (void)terminal_->RunScript("chmod 755 /usr/sbin/keep-reboot-reason.sh");
     StartMonitor({"-X", "0", "-L", "/usr/sbin/keep-reboot-reason.sh"});
+    Expect(Source::kWatchdog, "armed with 30 s");  // for the reboot
     Expect(Source::kLed, "all error");
     const std::string kept = terminal_->RunScript("cat /sysopt/reboot_reason.log").output;
     EXPECT_EQ(kept.size(), 65536U);
