@@ -20,7 +20,7 @@ Simulator::TerminalOptions Describe(const std::string& library) {
     const fs::path build = OwnDirectory().parent_path();
     Simulator::TerminalOptions options;
     options.monitorProgram = build / "monitor" / "keldra_monitor";
-    options.standInDirectory = build / "simulator";
+    options.standInDirectory = build / "terminal" / "standins";
     options.redirectLibrary = OwnDirectory() / library;
     return options;
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/SimulatedTerminal.h"
+#include "terminal/simulated/SimulatedTerminal.h"
 
 namespace Bench {
 

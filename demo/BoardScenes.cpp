@@ -1,0 +1,197 @@
+#include "demo/BoardScenes.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "terminal/TerminalLayout.h"
+
+namespace Board {
+namespace {
+
+using Simulator::Scene;
+using Simulator::Source;
+using Simulator::Step;
+using Simulator::Terminal;
+
+constexpr double kBiteSeconds = 300;
+constexpr char kArmed[] = "armed with 300 s";
+const std::string kMonitor = Simulator::kMonitorProgram;
+const Step kRecovered = {Source::kLog, "Keldra started responding again", Step::Tells::kRecovered};
+
+// Runs a script on the board. Returns what is wrong, unless it ends with the status, and with the
+// answer somewhere in its output.
+std::string Obey(Terminal* board, const std::string& script, const std::string& answer = "",
+                 int status = 0) {
+    const auto result = board->RunScript(script);
+    const bool well = WIFEXITED(result.status) && WEXITSTATUS(result.status) == status &&
+                      result.output.find(answer) != std::string::npos;
+    return well ? ""
+                : "wait status " + std::to_string(result.status) + " of \"" + script +
+                      "\", which said \"" + result.output + "\" and not \"" + answer + "\"";
+}
+
+Scene::Action Script(const std::string& script) {
+    return [script](Terminal* board) { return Obey(board, script); };
+}
+
+// On the board's own clock.
+double Uptime(Terminal* board) {
+    return strtod(board->RunScript("read up rest </proc/uptime; echo $up").output.c_str(), nullptr);
+}
+
+// All in one script: however slow the workstation is, the board does not wait for it.
+Scene Takeover(unsigned period, const std::shared_ptr<double>& handedOver) {
+    const std::string script =
+        "kill -TERM $(pidof keldra_monitor)\n"
+        "while [ -n \"$(pidof keldra_monitor)\" ]; do :; done\n"
+        "exec " +
+        kMonitor + " -t " + std::to_string(period);
+    return {"takeover",
+            "SIGTERM, a new daemon takes over",
+            "stays armed",
+            Script(script),
+            {{Source::kLog, "shutting down gracefully in response to signal 15"},
+             {Source::kInit, "keldra_monitor has ended: exit status 0"},
+             {Source::kWatchdog, kArmed},   // by the old daemon as its last act,
+             {Source::kWatchdog, kArmed},   // by the new one as its first,
+             {Source::kWatchdog, kArmed}},  // and by its first check
+            [handedOver](Terminal* board) {
+                *handedOver = Uptime(board);
+                return "";
+            }};
+}
+
+Scene InitScript(unsigned period) {
+    const std::string seconds = std::to_string(period);
+    const std::string script = "/etc/init.d/keldra-monitor ";
+    const struct {
+        std::string command, answer;
+        int status;
+    } calls[] = {
+        {"echo 'KELDRA_MONITOR_OPTIONS=\"-t " + seconds + "\"' >/etc/default/keldra_monitor", "",
+         0},
+        {script + "status", "Keldra_Up_And_Okay", 0},
+        {script + "health", "Keldra_Up_And_Okay", 0},
+        {script + "stop", "has been stopped", 0},
+        {script + "status", "is not running", 3},
+        {script + "start", "has been started", 0},
+        {script + "status", "Heartbeat Timeout:        " + seconds + " (seconds)", 0},
+        {script + "restart", "has been started", 0},
+    };
+    const auto play = [=](Terminal* board) {
+        for (const auto& call : calls) {
+            board->Note(call.command);
+            const std::string problem = Obey(board, call.command, call.answer, call.status);
+            if (!problem.empty()) {
+                return problem;
+            }
+        }
+        return std::string();
+    };
+    return {"init script", "stop, status, start, restart", "each as it should", play, {}, nullptr};
+}
+
+// Keldra's launcher waits until the script has sent all signals.
+Scene SignalStorm() {
+    const std::string waits = Simulator::kKeldraWaits;
+    const std::string script =
+        "monitor=$(pidof keldra_monitor) old=$(pidof keldra)\n"
+        "echo >" +
+        waits +
+        " && kill -KILL $old\n"
+        "while new=$(pidof keldra); [ -z \"$new\" ] || [ \"$new\" = \"$old\" ]; do :; done\n"
+        "sent=0\n"
+        "while [ $sent -lt 200 ]; do kill -USR1 $monitor && sent=$((sent + 1)); done\n"
+        ": >" +
+        waits + "\n[ \"$(pidof keldra_monitor)\" = \"$monitor\" ]";
+    return {"signal storm",
+            "200 SIGUSR1 beside a slow launcher",
+            "lives, one Keldra",
+            Script(script),
+            {{Source::kLog, "Keldra is not running!"}, {Source::kKeldra, "is up"}, kRecovered},
+            Script("set -- $(pidof keldra) && [ $# -eq 1 ]")};
+}
+
+// A workstation that stood still for a heartbeat gets another chance.
+std::string NoStrikeWhenTheClockJumps(Terminal* board, double patience) {
+    const std::string jump = "date -s '2000-01-01 00:00:00' && date -s '2040-01-01 00:00:00'";
+    std::string problem;
+    for (int chance = 0; chance < 3; ++chance) {
+        const size_t from = board->Events().size();
+        board->Note("the clock is set to 2040");
+        problem = Obey(board, jump, "2040");
+        board->Mark();
+        if (!problem.empty() || !board->Await(Source::kWatchdog, kArmed, patience) ||
+            !board->Await(Source::kWatchdog, kArmed, patience)) {
+            return problem.empty() ? std::string("missing: ") + kArmed : problem;
+        }
+        if (!Simulator::StrikeSince(*board, from)) {
+            return "";
+        }
+    }
+    return "a strike, though Keldra is well";
+}
+
+Scene LaterYears(double patience) {
+    const auto play = [patience](Terminal* board) {
+        std::string problem = NoStrikeWhenTheClockJumps(board, patience);
+        for (int query = 0; query < 2 && problem.empty(); ++query) {
+            problem = Obey(board, kMonitor + " -i", "Keldra_Up_And_Okay");
+        }
+        return problem;
+    };
+    return {"year 2040", "no strike, -i answers twice", "answers twice", play, {}, nullptr};
+}
+
+// Without the new daemon, what the old one left armed would have bitten by now.
+Scene DeadlinePasses(unsigned divisor, const std::shared_ptr<double>& handedOver) {
+    const auto wait = [=](Terminal* board) {
+        const double rest = *handedOver + kBiteSeconds / divisor - Uptime(board);
+        const double seconds = std::max(0.0, std::ceil(rest)) + 1;
+        board->Note("in " + std::to_string(static_cast<int>(seconds)) +
+                    " s nothing can bite any more");
+        return Obey(board, "sleep " + std::to_string(static_cast<int>(seconds)));
+    };
+    const auto noBite = [](Terminal* board) {
+        const auto& events = board->Events();
+        const bool bitten = std::any_of(events.begin(), events.end(), [](const auto& e) {
+            return e.text.find("BITES") != std::string::npos;
+        });
+        return bitten ? "a bite" : "";
+    };
+    return {"old deadline", "passes, and nothing bites", "no bite", wait, {}, noBite};
+}
+
+Scene StoppedDaemon() {
+    return {"daemon stopped",
+            "SIGSTOP, watchdog bites, reboot",
+            "on backup partition",
+            [](Terminal* board) {
+                board->Note("the daemon is stopped (SIGSTOP)");
+                return Obey(board, "kill -STOP $(pidof keldra_monitor)");
+            },
+            {{Source::kWatchdog, "BITES", Step::Tells::kDetected},
+             {Source::kSimulator, "backup partition"},
+             kRecovered},
+            nullptr};
+}
+
+}  // namespace
+
+std::vector<Scene> BoardScenes(unsigned divisor, unsigned period, double patience) {
+    // When the old daemon armed the watchdog for the last time, or somewhat later.
+    const auto handedOver = std::make_shared<double>(0);
+    return {Takeover(period, handedOver),
+            InitScript(period),
+            SignalStorm(),
+            LaterYears(patience),
+            DeadlinePasses(divisor, handedOver),
+            StoppedDaemon()};
+}
+
+}  // namespace Board

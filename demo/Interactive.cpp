@@ -1,0 +1,146 @@
+#include "demo/Interactive.h"
+
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <functional>
+#include <vector>
+
+#include "terminal/Faults.h"
+
+namespace Simulator {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+// Keys arrive at once and unseen while this exists. Ctrl-C still works.
+class SingleKeys {
+public:
+    SingleKeys() {
+        active_ = tcgetattr(STDIN_FILENO, &saved_) == 0;
+        termios keys = saved_;
+        keys.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+        if (active_) {
+            (void)tcsetattr(STDIN_FILENO, TCSANOW, &keys);
+        }
+    }
+    SingleKeys(const SingleKeys&) = delete;
+    SingleKeys& operator=(const SingleKeys&) = delete;
+    ~SingleKeys() {
+        if (active_) {
+            (void)tcsetattr(STDIN_FILENO, TCSANOW, &saved_);
+        }
+    }
+    bool Active() const { return active_; }
+
+private:
+    termios saved_ = {};
+    bool active_ = false;
+};
+
+struct Command {
+    std::string key;
+    std::string word;
+    const char* help;
+    // Returns "" or the reason why it could not be done; without one the word is a fault's.
+    std::function<std::string(Terminal*)> run = nullptr;
+};
+
+std::string QueryStatus(Terminal* terminal) {
+    Printer().Quote(terminal->Run(terminal->MonitorCommand({"-i"})).output);
+    return "";
+}
+
+// For scripts: what follows happens to a Keldra that is well. The recovery is one that came after
+// the last other command.
+std::string WaitForRecovery(Terminal* terminal) {
+    const bool well = terminal->Await(Source::kLog, "started responding again", 60).has_value();
+    return well ? "" : "Keldra has not recovered within 60 s";
+}
+
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands = {
+        {"h", "hang", "Keldra hangs"},
+        {"c", "crash", "Keldra crashes"},
+        {"e", "error", "Keldra reports an error (count 0)"},
+        {"s", "short", "Keldra writes a short heartbeat file"},
+        {"m", "missing", "Keldra removes its heartbeat file"},
+        {"i", "ignore", "Keldra hangs and ignores SIGQUIT"},
+        {"r", "refuse", "from now on no Keldra starts", RefuseToStart},
+        {"b", "damage", "the primary options file is damaged", DamagePrimaryOptions},
+        {"f", "repair", "repair everything", Repair},
+        {"d", "sshd", "sshd dies", KillSshd},
+        {"q", "status", "query the daemon's status", QueryStatus},
+        {"w", "wait", "wait until Keldra responds again", WaitForRecovery},
+        {"x", "quit", "quit"},
+        {"?", "help", "these commands"},
+    };
+    return commands;
+}
+
+void Help(const Printer& printer) {
+    for (const Command& command : Commands()) {
+        printer.Line("  " + printer.In(Colour::kBold, command.key) + "  " + command.word +
+                     std::string(10 - command.word.size(), ' ') + command.help);
+    }
+}
+
+void Obey(const Command& command, Terminal* terminal, const Printer& printer) {
+    printer.Line("> " + command.word, Colour::kBold);
+    if (command.word != "wait") {
+        terminal->Mark();
+    }
+    const std::string obstacle =
+        command.run ? command.run(terminal) : Cause(terminal, command.word);
+    if (!obstacle.empty()) {
+        printer.Line("not possible: " + obstacle, Colour::kYellow);
+    }
+}
+
+// Carries out a key or a word. False when the user wants to go.
+bool Take(const std::string& input, Terminal* terminal, const Printer& printer) {
+    const auto& all = Commands();
+    const auto command = std::find_if(all.begin(), all.end(), [&](const Command& c) {
+        return input == c.word || input == c.key;
+    });
+    if (command == all.end() ? !input.empty() : command->word == "help") {
+        Help(printer);
+    } else if (command != all.end() && command->word != "quit") {
+        Obey(*command, terminal, printer);
+    }
+    return command == all.end() || command->word != "quit";
+}
+
+}  // namespace
+
+void RunInteractive(Terminal* terminal, const Printer& printer) {
+    Help(printer);
+    const SingleKeys keys;
+    (void)signal(SIGINT, [](int) { interrupted = 1; });
+    (void)signal(SIGTERM, [](int) { interrupted = 1; });
+    std::string text;
+    bool open = true;
+    while (open && interrupted == 0) {
+        if (!terminal->Pump(1000, STDIN_FILENO)) {
+            continue;
+        }
+        std::array<char, 256> chunk = {};
+        const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
+        open = count > 0;
+        for (ssize_t i = 0; i < count; ++i) {
+            text += chunk[static_cast<size_t>(i)];
+            text += keys.Active() ? "\n" : "";
+        }
+        text += open ? "" : "\n";  // a last line may lack its end
+        for (size_t end = 0; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
+            if (!Take(text.substr(0, end), terminal, printer)) {
+                return;
+            }
+        }
+    }
+}
+
+}  // namespace Simulator

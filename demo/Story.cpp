@@ -1,0 +1,67 @@
+#include "demo/Story.h"
+
+#include <algorithm>
+
+namespace Simulator {
+
+bool Story::Tell(const std::vector<Scene>& scenes) {
+    return std::all_of(scenes.begin(), scenes.end(),
+                       [this](const Scene& scene) { return Play(scene); });
+}
+
+bool Story::Play(const Scene& scene) {
+    printer_->Heading(scene.name + ": " + scene.expected);
+    // The cold start counts from the moment at which the terminal was switched on.
+    const bool first = situations_.empty();
+    Situation& situation = situations_.emplace_back();
+    situation.name = scene.name;
+    situation.expected = scene.expected;
+    if (!first) {
+        terminal_->Mark();
+    }
+    if (scene.ordersStandIn && !terminal_->HasStandInKeldra()) {
+        printer_->Line("skipped: your own program takes no orders", Colour::kYellow);
+        situation.seen = situation.result = "skipped";
+        return true;
+    }
+    const std::string obstacle = scene.cause ? scene.cause(terminal_) : "";
+    if (!obstacle.empty()) {
+        return Surprise(obstacle, &situation);
+    }
+    const double begin = first ? 0 : terminal_->Seconds();
+    for (const Step& step : scene.steps) {
+        if (!Wait(step, begin, &situation)) {
+            return Surprise("missing: " + step.text, &situation);
+        }
+    }
+    const std::string surprise = scene.check ? scene.check(terminal_) : "";
+    if (!surprise.empty()) {
+        return Surprise(surprise, &situation);
+    }
+    situation.seen = scene.seen;
+    situation.result = "passed";
+    return true;
+}
+
+bool Story::Wait(const Step& step, double begin, Situation* situation) {
+    const auto event = terminal_->Await(step.source, step.text, patience_);
+    if (!event) {
+        return false;
+    }
+    const double seconds = std::max(0.0, event->seconds - begin);
+    if (step.tells == Step::Tells::kDetected) {
+        situation->detectSeconds = seconds;
+    } else if (step.tells == Step::Tells::kRecovered) {
+        situation->recoverSeconds = seconds;
+    }
+    return true;
+}
+
+bool Story::Surprise(const std::string& what, Situation* situation) {
+    printer_->Line("NOT as expected: " + what, Colour::kRed);
+    printer_->Line("expected:        " + situation->expected, Colour::kRed);
+    situation->seen = "NOT that, see above";
+    return false;
+}
+
+}  // namespace Simulator

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "demo/Printer.h"
+#include "terminal/Terminal.h"
+
+namespace Simulator {
+
+// An event that a scene waits for, and what its time tells.
+struct Step {
+    enum class Tells { kNothing, kDetected, kRecovered };
+    Source source;
+    std::string text;  // a part of the event's text
+    Tells tells = Tells::kNothing;
+};
+
+// A situation that the daemon guards against.
+struct Scene {
+    // Returns "", or what stands in the way.
+    using Action = std::function<std::string(Terminal*)>;
+
+    std::string name;
+    std::string expected;
+    std::string seen;  // told when everything came
+    Action cause;      // may be empty
+    std::vector<Step> steps;
+    Action check = nullptr;      // after the steps; may be empty
+    bool ordersStandIn = false;  // skipped with a Keldra of the user's own
+};
+
+// How one scene went. Times are seconds from the fault, negative when the scene has none.
+struct Situation {
+    std::string name;
+    std::string expected;
+    std::string seen;
+    const char* result = "failed";  // or "passed", "skipped"
+    double detectSeconds = -1;
+    double recoverSeconds = -1;
+};
+
+// The life of every terminal, from the cold start to the reboot into its backup partition.
+// Nothing in it is waited for longer than `patience` seconds.
+std::vector<Scene> LifeOfATerminal(double patience);
+
+// Whether there was a strike among the events from that one on.
+bool StrikeSince(const Terminal& terminal, size_t event);
+
+// Plays scenes, on a terminal on which the daemon has just been started, and keeps what was seen.
+// Each step is waited for, at most `patience` seconds; the first surprise ends the story.
+class Story {
+public:
+    Story(Terminal* terminal, const Printer* printer, double patience)
+        : terminal_(terminal), printer_(printer), patience_(patience) {}
+
+    // Returns true when everything came as expected.
+    bool Tell(const std::vector<Scene>& scenes);
+
+    const std::vector<Situation>& Situations() const { return situations_; }
+
+private:
+    bool Play(const Scene& scene);
+    bool Wait(const Step& step, double begin, Situation* situation);
+    bool Surprise(const std::string& what, Situation* situation);
+
+    Terminal* terminal_;
+    const Printer* printer_;
+    double patience_;
+    std::vector<Situation> situations_;
+};
+
+}  // namespace Simulator

@@ -1,0 +1,80 @@
+#include "terminal/Faults.h"
+
+#include "terminal/TerminalLayout.h"
+
+namespace Simulator {
+namespace {
+
+// Runs a command of the shell for every process of that name, whose PID is then $pid, after saying
+// what happens unless `note` is empty.
+std::string ForEach(Terminal* terminal, const std::string& name, const std::string& command,
+                    const std::string& note) {
+    const std::string list =
+        "for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " + name +
+        " ] && echo ${process#/proc/}; done 2>/dev/null";
+    const std::string pids = terminal->RunScript(list).output;
+    if (pids.empty()) {
+        return name + " is not running";
+    }
+    if (!note.empty()) {
+        terminal->Note(note);
+    }
+    (void)terminal->RunScript("pids='" + pids + "'; for pid in $pids; do " + command + "; done");
+    return "";
+}
+
+// Returns when the stand-in obeys.
+std::string Order(Terminal* terminal, const std::string& fault) {
+    const std::string obstacle =
+        ForEach(terminal, "keldra", "echo " + fault + " >" + kKeldraOrder + "$pid", "");
+    if (obstacle.empty() && !terminal->Await(Source::kKeldra, " now", 30)) {
+        return "keldra does not obey";
+    }
+    return obstacle;
+}
+
+std::string Change(Terminal* terminal, const std::string& note, const std::string& script) {
+    terminal->Note(note);
+    const CommandResult result = terminal->RunScript(script);
+    return result.status == 0 ? "" : result.output;
+}
+
+}  // namespace
+
+std::string Cause(Terminal* terminal, const std::string& fault) {
+    if (fault == "crash") {
+        return ForEach(terminal, "keldra", "kill -KILL $pid", "Keldra crashes now");
+    }
+    if (terminal->HasStandInKeldra()) {
+        return Order(terminal, fault);
+    }
+    return fault == "hang"
+               ? ForEach(terminal, "keldra", "kill -STOP $pid", "Keldra is stopped (SIGSTOP)")
+               : "your own program takes no orders";
+}
+
+std::string KillSshd(Terminal* terminal) {
+    return ForEach(terminal, "sshd", "kill -KILL $pid", "sshd dies now");
+}
+
+std::string RefuseToStart(Terminal* terminal) {
+    // Without the right to be executed, no program starts.
+    return Change(terminal, "from now on Keldra cannot start",
+                  terminal->HasStandInKeldra() ? std::string("echo 3 >") + kKeldraRefuses
+                                               : std::string("chmod 0 ") + kKeldraProgram);
+}
+
+std::string DamagePrimaryOptions(Terminal* terminal) {
+    return Change(terminal, "the primary options file is damaged now",
+                  std::string("echo damaged >") + kPrimaryOptions);
+}
+
+std::string Repair(Terminal* terminal) {
+    std::string script =
+        terminal->HasStandInKeldra() ? "" : std::string("chmod 755 ") + kKeldraProgram + "\n";
+    script += std::string(": >") + kKeldraRefuses + "\n";
+    script += std::string("echo '{ \"options\": \"primary\" }' >") + kPrimaryOptions;
+    return Change(terminal, "everything is repaired now", script);
+}
+
+}  // namespace Simulator

@@ -1,0 +1,164 @@
+#include "terminal/board/BoardTerminal.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+
+namespace Board {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Far beyond what any of it takes: a slow workstation is slow, not wrong.
+constexpr std::chrono::seconds kBootPatience{120};
+constexpr std::chrono::seconds kCommandPatience{600};  // one sleeps until a bite is due
+constexpr size_t kLinesKept = 2000;                    // in characters
+
+// What stands on the console before what its kernel, the driver, terminal/board/init and the daemon
+// say.
+constexpr char kBanner[] = "Linux version ";
+constexpr char kWatchdog[] = "cpld_watchdog: ";
+constexpr char kOutput[] = "board: ";
+constexpr char kEnd[] = "board ";  // the exit status
+constexpr char kDaemon[] = "keldra_monitor: ";
+
+// Takes the beginning off the text, if it has it.
+bool TakeOff(const std::string& beginning, std::string* text) {
+    const bool has = text->compare(0, beginning.size(), beginning) == 0;
+    text->erase(0, has ? beginning.size() : 0);
+    return has;
+}
+
+// A word as the shell takes it.
+std::string Quote(const std::string& word) {
+    std::string quoted;
+    for (const char c : word) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return "'" + quoted + "' ";
+}
+
+// Appends what has come. False when the machine is off.
+bool Receive(int fd, std::string* text) {
+    std::array<char, 4096> chunk = {};
+    ssize_t count = 0;
+    while ((count = recv(fd, chunk.data(), chunk.size(), MSG_DONTWAIT)) > 0) {
+        text->append(chunk.data(), static_cast<size_t>(count));
+    }
+    return count != 0;
+}
+
+}  // namespace
+
+bool BoardTerminal::Boot(std::string* reason) {
+    isUp_ = false;
+    text_.clear();
+    lastLines_.clear();
+    const std::string watchdog = "cpld_watchdog.divisor=" + std::to_string(divisor_);
+    if (!machine_.SwitchOn(directory_, watchdog)) {
+        *reason = "there is no process or socket left for the machine";
+        return false;
+    }
+    const unsigned boot = ++boots_;
+    const auto deadline = Clock::now() + kBootPatience;
+    while (!isUp_ && boot == boots_ && machine_.Console() >= 0 && Clock::now() < deadline) {
+        (void)Pump(100);
+    }
+    if (!isUp_) {
+        machine_.SwitchOff();
+        *reason = "the machine does not boot; its console ends with\n" + lastLines_;
+    }
+    return isUp_;
+}
+
+Simulator::CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
+    std::string script;
+    for (const auto& word : command) {
+        script += Quote(word);
+    }
+    script += "\n---\n";
+    result_ = {};
+    hasEnded_ = false;
+    // Far shorter than what the socket holds.
+    if (send(machine_.Console(), script.data(), script.size(), MSG_NOSIGNAL) !=
+        static_cast<ssize_t>(script.size())) {
+        return result_;
+    }
+    const unsigned boot = boots_;
+    const auto deadline = Clock::now() + kCommandPatience;
+    while (!hasEnded_ && boot == boots_ && machine_.Console() >= 0 && Clock::now() < deadline) {
+        (void)Pump(100);
+    }
+    return boot == boots_ ? result_ : Simulator::CommandResult();
+}
+
+bool BoardTerminal::Pump(int timeoutMs, int input) {
+    std::array<pollfd, 2> fds = {{{machine_.Console(), POLLIN, 0}, {input, POLLIN, 0}}};
+    const bool hasInput = poll(fds.data(), fds.size(), timeoutMs) > 0 && fds[1].revents != 0;
+    if (fds[0].revents != 0) {
+        const bool isOn = Receive(machine_.Console(), &text_);
+        for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n')) {
+            const std::string line = text_.substr(0, end);
+            text_.erase(0, end + 1);
+            TakeConsole(line);
+        }
+        if (!isOn) {
+            Restart();
+        }
+    }
+    return hasInput;
+}
+
+// "[    0.390000] cpld_watchdog: armed with 300 s\r".
+void BoardTerminal::TakeConsole(const std::string& line) {
+    const std::string whole = line.substr(0, line.find('\r'));
+    const size_t time = whole.find("] ");
+    std::string text = time == std::string::npos ? whole : whole.substr(time + 2);
+    if (TakeOff(kOutput, &text)) {
+        result_.output += text + "\n";
+        return;
+    }
+    lastLines_ += whole + "\n";
+    if (lastLines_.size() > kLinesKept) {
+        lastLines_.erase(0, lastLines_.find('\n') + 1);
+    }
+    if (TakeOff(kEnd, &text)) {
+        result_.status = W_EXITCODE(static_cast<int>(strtol(text.c_str(), nullptr, 10)), 0);
+        isUp_ = hasEnded_ = true;
+    } else if (TakeOff(kWatchdog, &text)) {
+        AddWatchdog(text);
+    } else if (kernel_.empty() && TakeOff(kBanner, &text)) {
+        kernel_ = text.substr(0, text.find(' '));
+    } else if (TakeOff(kDaemon, &text)) {
+        Take("<29>Jan  1 00:00:00 " + (kDaemon + text));  // as it came to the board's syslog
+    } else {
+        Take(text);  // a report, or one of the kernel's lines, which is none
+    }
+}
+
+void BoardTerminal::Restart() {
+    machine_.SwitchOff();
+    if (!isUp_) {
+        return;  // it was booting: that has failed
+    }
+    std::string reason;
+    if (!Boot(&reason)) {
+        Note("the terminal does not come up again: " + reason);
+        return;
+    }
+    Note("the terminal comes up from its backup partition");
+    (void)StartMonitor(std::vector<std::string>(MonitorArguments()));
+}
+
+std::string BoardTerminal::Description() const {
+    const std::string sooner = divisor_ == 1 ? ""
+                                             : "; its watchdog bites " + std::to_string(divisor_) +
+                                                   " times sooner than it says";
+    return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " + kernel_ + sooner;
+}
+
+}  // namespace Board

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "terminal/Terminal.h"
+#include "terminal/board/Machine.h"
+
+namespace Board {
+
+// A terminal that is a machine of its own: another processor, another kernel, and a watchdog whose
+// bite restarts it. After a restart it is on its backup partition: the image as it was made.
+class BoardTerminal : public Simulator::Terminal {
+public:
+    // The directory holds what terminal/board/make-image makes. The watchdog bites so many times
+    // sooner than it says.
+    BoardTerminal(std::string directory, unsigned divisor)
+        : directory_(std::move(directory)), divisor_(divisor) {}
+
+    // -1 as the status, too, when the machine restarts meanwhile.
+    Simulator::CommandResult Run(const std::vector<std::string>& command) override;
+    bool Pump(int timeoutMs, int input = -1) override;
+    // Once it is switched on.
+    std::string Description() const override;
+
+private:
+    bool Boot(std::string* reason) override;
+    void TakeConsole(const std::string& line);
+    void Restart();
+
+    std::string directory_;
+    unsigned divisor_;
+    Machine machine_;
+    unsigned boots_ = 0;
+    std::string kernel_;
+    std::string lastLines_;  // of the kernel
+    std::string text_;       // of the console, that is not yet a line
+    bool isUp_ = false;
+    bool hasEnded_ = false;  // the running command
+    Simulator::CommandResult result_;
+};
+
+}  // namespace Board

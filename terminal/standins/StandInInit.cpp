@@ -1,0 +1,51 @@
+// Stands in for the terminal's first process: takes in orphaned processes and reports how each
+// ended.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstring>
+#include <fstream>
+
+#include "terminal/TerminalLayout.h"
+#include "terminal/standins/Announce.h"
+
+namespace {
+
+void ReportEnd(const siginfo_t& child) {
+    std::string name;
+    std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
+    const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
+    (void)waitpid(child.si_pid, nullptr, 0);
+    Simulator::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
+}
+
+}  // namespace
+
+// Starts the program that its arguments name, if any.
+int main(int argc, char** argv) {
+    if (argc > 1 && fork() == 0) {
+        (void)execv(argv[1], argv + 1);
+        _exit(127);
+    }
+    sigset_t ended;
+    sigemptyset(&ended);
+    sigaddset(&ended, SIGCHLD);
+    (void)sigprocmask(SIG_BLOCK, &ended, nullptr);
+    (void)!write(STDERR_FILENO, Simulator::kFirstProcessRuns, strlen(Simulator::kFirstProcessRuns));
+    // What the simulator still reads from is let go of.
+    (void)close_range(0, ~0U, 0);
+    (void)open("/dev/null", O_RDWR);
+    (void)dup2(0, 1);
+    (void)dup2(0, 2);
+    while (true) {
+        siginfo_t child = {};
+        // Its name can be read only while it is not yet reaped.
+        while (waitid(P_ALL, 0, &child, WEXITED | WNOWAIT | WNOHANG) == 0 && child.si_pid != 0) {
+            ReportEnd(child);
+            child = {};
+        }
+        (void)sigwaitinfo(&ended, nullptr);
+    }
+}

@@ -1,0 +1,14 @@
+// Stands in for the SSH daemon: detaches and is there.
+#include <unistd.h>
+
+#include "terminal/standins/Announce.h"
+
+int main() {
+    Simulator::Announce("sshd", "is up");
+    if (daemon(0, 0) != 0) {
+        return 4;
+    }
+    while (true) {
+        (void)pause();
+    }
+}

@@ -1,0 +1,111 @@
+#include "tests/terminal/EndToEnd.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+using namespace Simulator;
+
+namespace {
+
+// Nothing ever takes so long; a slow machine is to be waited for.
+constexpr double kDeadlineSeconds = 60;
+// A case that has failed already is only brought to its end.
+constexpr double kImpatientSeconds = 2;
+
+}  // namespace
+
+void EndToEnd::SetUp() {
+    if (std::system("\"" STAND_IN_DIRECTORY "/boot\" --probe") != 0) {
+        GTEST_SKIP() << "this machine does not permit the namespaces of a simulated terminal";
+    }
+}
+
+void EndToEnd::TearDown() {
+    if (!terminal_) {
+        return;
+    }
+    for (const auto& file : std::filesystem::directory_iterator(terminal_->Path("/tmp"))) {
+        if (file.path().filename().string().rfind("sanitizer", 0) == 0) {
+            ADD_FAILURE() << ReadFile(file.path());
+        }
+    }
+    for (const Event& event : terminal_->Events()) {
+        if (HasFailure()) {
+            std::cout << event.seconds << "\t" << static_cast<int>(event.source) << "\t"
+                      << event.text << "\n";
+        }
+    }
+}
+
+void EndToEnd::PowerOn(TerminalOptions options) {
+    options.monitorProgram = MONITOR_PROGRAM;
+    options.standInDirectory = STAND_IN_DIRECTORY;
+    terminal_ = std::make_unique<SimulatedTerminal>(options);
+    std::string reason;
+    ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;
+}
+
+void EndToEnd::StartMonitor(const std::vector<std::string>& arguments) {
+    if (!terminal_) {
+        ASSERT_NO_FATAL_FAILURE(PowerOn());
+    }
+    std::vector<std::string> all = {"-t", "1"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const CommandResult start = terminal_->StartMonitor(all);
+    ASSERT_EQ(start.status, 0) << start.output;
+}
+
+void EndToEnd::StartHealthy(const std::vector<std::string>& arguments) {
+    ASSERT_NO_FATAL_FAILURE(StartMonitor(arguments));
+    ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
+}
+
+CommandResult EndToEnd::RunMonitorInShell(const std::string& script,
+                                          const std::vector<std::string>& arguments) {
+    std::vector<std::string> command = terminal_->MonitorCommand(arguments);
+    command.insert(command.begin(), {"/bin/sh", "-c", script, "sh"});
+    return terminal_->Run(command);
+}
+
+void EndToEnd::StartInDebugMode(const std::string& timeout) {
+    (void)RunMonitorInShell("\"$@\" 2>/tmp/debug.log &", {"-d", "-t", timeout});
+    ExpectLog("Starting the main event loop");
+}
+
+bool EndToEnd::Expect(Source source, const std::string& text) {
+    const double patience = HasFailure() ? kImpatientSeconds : kDeadlineSeconds;
+    const bool came = terminal_->Await(source, text, patience).has_value();
+    EXPECT_TRUE(came) << "no \"" << text << "\"";
+    return came;
+}
+
+int EndToEnd::LogLines(const std::string& text) {
+    terminal_->Pump(0);
+    int count = 0;
+    for (const Event& event : terminal_->Events()) {
+        count += event.source == Source::kLog && event.text.find(text) != std::string::npos;
+    }
+    return count;
+}
+
+bool EndToEnd::Becomes(const std::function<bool()>& condition) {
+    const double deadline = terminal_->Seconds() + kDeadlineSeconds;
+    // Asked once a turn: what has become true, like a single process, may end at any time.
+    while (!condition()) {
+        if (terminal_->Seconds() >= deadline) {
+            return false;
+        }
+        terminal_->Pump(10);
+    }
+    return true;
+}
+
+pid_t EndToEnd::Only(const std::string& name) {
+    std::vector<Process> processes;
+    EXPECT_TRUE(Becomes([&] {
+        processes = terminal_->Processes(name);
+        return processes.size() == 1;
+    })) << name;
+    return processes.size() == 1 ? processes[0].pid : -1;
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "terminal/Faults.h"
+#include "terminal/simulated/SimulatedTerminal.h"
+#include "tests/support/TempDir.h"
+
+// A case in which the real daemon runs in a simulated terminal. The case is skipped where the
+// machine permits no namespaces. What happened is printed when the case fails.
+class EndToEnd : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Switches a terminal on, without the daemon. The options' paths are filled in.
+    void PowerOn(Simulator::TerminalOptions options = {});
+    // Starts the daemon with a heartbeat of one second and these arguments added, in a terminal
+    // that is switched on if it was not.
+    void StartMonitor(const std::vector<std::string>& arguments = {"-X", "50"});
+    // Does so and waits until Keldra is healthy for the first time.
+    void StartHealthy(const std::vector<std::string>& arguments = {"-X", "50"});
+
+    // Starts the daemon in debug mode, in a terminal that is on, and waits until it is set up.
+    // Its standard error goes to /tmp/debug.log.
+    void StartInDebugMode(const std::string& timeout);
+    // Runs a shell script inside, in a terminal that is on: "$@" is the daemon's command line.
+    Simulator::CommandResult RunMonitorInShell(const std::string& script,
+                                               const std::vector<std::string>& arguments);
+    Simulator::CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand({"-i"})); }
+
+    // Each waits for a line that contains the text, generously, and fails when it does not come.
+    bool ExpectLog(const std::string& text) { return Expect(Simulator::Source::kLog, text); }
+    bool Expect(Simulator::Source source, const std::string& text);
+    // Counts the log lines so far that contain the text.
+    int LogLines(const std::string& text);
+    // Waits for it, as generously.
+    bool Becomes(const std::function<bool()>& condition);
+    // The only process of that name; waits for one to appear and for a second one, like the
+    // launcher of a daemon, to go.
+    pid_t Only(const std::string& name);
+
+    std::unique_ptr<Simulator::SimulatedTerminal> terminal_;
+    TempDir files_;
+};

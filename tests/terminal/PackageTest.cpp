@@ -1,0 +1,152 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "tests/terminal/EndToEnd.h"
+
+using namespace Simulator;
+
+// The package as dpkg installs it, and its service script as a careless caller runs it.
+struct EndToEndPackageTest : EndToEnd {
+    void SetUp() override {
+        EndToEnd::SetUp();
+        if (IsSkipped()) {
+            return;
+        }
+        TerminalOptions options;
+        options.packageDirectory = files_.File("package");
+        // As root at least of a namespace, in a root that has nothing else.
+        setenv("P", PACKAGE_FILE, 1);
+        setenv("D", options.packageDirectory.c_str(), 1);
+        ASSERT_EQ(std::system("mkdir \"$D\" && cd \"$D\" && PATH=$PATH:/usr/sbin:/sbin && "
+                              "mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && "
+                              "touch var/lib/dpkg/status && $([ $(id -u) = 0 ] || echo unshare -r) "
+                              "dpkg --root=\"$D\" --force-depends -i \"$P\" >log 2>&1 || "
+                              "{ cat log; false; }"),
+                  0);
+        Settings("KELDRA_MONITOR_OPTIONS='-t 1 -X 50'");
+        PowerOn(options);
+    }
+
+    void Settings(const std::string& lines) {
+        files_.Write("package/etc/default/keldra_monitor",
+                     std::string("export LD_PRELOAD=") + kRedirectLibrary + "\n" + lines + "\n");
+    }
+
+    CommandResult Shell(const std::string& line) { return terminal_->Run({"/bin/sh", "-c", line}); }
+
+    void Service(const std::string& action, int status, const std::string& text) {
+        const CommandResult result =
+            Shell("umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS " + action_ + action);
+        EXPECT_EQ(result.status, W_EXITCODE(status, 0)) << action << ": " << result.output;
+        EXPECT_NE(result.output.find(text), std::string::npos) << action << ": " << result.output;
+    }
+
+    // Runs the daemon's namesake: another program, in a process of the daemon's name.
+    void StartStranger() {
+        (void)Shell("cp /bin/sleep /tmp/keldra_monitor; /tmp/keldra_monitor 99 &");
+    }
+
+    const std::string action_ = "/etc/init.d/keldra-monitor ";
+};
+
+TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
+    Service("status", 3, "keldra_monitor is not running.\n");
+    Service("health", 3, "keldra_monitor is not running.\n");
+    Service("stop", 0, "keldra_monitor is not running.\n");
+    Service("force-reload", 0, "");
+    (void)Shell("rm -r /var/run/quenda");  // as after a reboot
+    Service("start", 0, "keldra_monitor has been started.\n");
+    struct stat folder = {};
+    ASSERT_EQ(stat(terminal_->Path("/var/run/quenda").c_str(), &folder), 0);
+    EXPECT_EQ(folder.st_mode & 07777, 0755u);
+    ExpectLog("Keldra started responding again after");
+    const pid_t first = Only("keldra_monitor");
+    Service("start", 0, "keldra_monitor is already running.\n");
+    EXPECT_EQ(Only("keldra_monitor"), first);
+    Service("status", 0, "Keldra State:   Keldra_Up_And_Okay\n");
+    Service("health", 0, "Keldra_Up_And_Okay, strikes 0, Normal_Options\n");
+    // A predecessor that takes its time is waited for.
+    ASSERT_TRUE(terminal_->Signal(first, SIGSTOP));
+    (void)Shell("(sleep 1; kill -CONT " + std::to_string(first) + ") &");
+    Service("restart", 0, "keldra_monitor has been started.\n");
+    const pid_t second = Only("keldra_monitor");
+    EXPECT_NE(second, first);
+    ASSERT_TRUE(terminal_->Signal(second, SIGSTOP));
+    Service("status", 4, "TIMEOUT! ");
+    Service("health", 14, "TIMEOUT! ");
+    // A query that goes on, with nobody left to answer, is no monitor, but in the way of one.
+    const std::string killBoth = "sleep 1; kill -9 " + std::to_string(second) + "; ";
+    (void)RunMonitorInShell("\"$@\" & " + killBoth + "(sleep 2; kill $!) &", {"-i"});
+    Service("start", 0, "keldra_monitor has been started.\n");
+    Service("stop", 0, "unless a\nmonitor is started within 300 seconds, the terminal reboots");
+    EXPECT_EQ(LogLines("shutting down gracefully in response to signal 15"), 2);
+    EXPECT_TRUE(Becomes([&] { return terminal_->Processes("keldra_monitor").empty(); }));
+    (void)Shell("rm /usr/sbin/keldra_monitor");
+    Service("start", 5, "/usr/sbin/keldra_monitor is not installed");
+    Service("reload", 2, "Usage: ");
+}
+
+TEST_F(EndToEndPackageTest, HealthTellsWhatAilsKeldra) {
+    Settings("KELDRA_MONITOR_OPTIONS='-t 1 -X 50 -n absent'");
+    Service("start", 0, "");
+    ExpectLog("Strike 3!");
+    Service("health", 11, "Keldra_Not_Running, strikes ");
+    Service("health", 11, ", Backup_Options\n");
+}
+
+TEST_F(EndToEndPackageTest, MistakeInTheSettingsNeverCostsTheMonitor) {
+    Service("start", 0, "");
+    const pid_t monitor = Only("keldra_monitor");
+    const struct {
+        const char* settings;
+        const char* reason;
+    } mistakes[] = {
+        {"KELDRA_MONITOR_OPTIONS='-t sixty'", "Invalid heartbeat timeout sixty: not a positive"},
+        {"KELDRA_MONITOR_OPTIONS='-X'", "-X lacks its argument"},
+        {"KELDRA_MONITOR_OPTIONS='-t 5 -z'", "-z is no option"},
+        {"KELDRA_MONITOR_OPTIONS='-t 1 -d'", "-d has no place there"},
+        {"KELDRA_MONITOR_OPTIONS='-it 1'", "-i has no place there"},
+        {"KELDRA_MONITOR_OPTIONS=-v", "-v has no place there"},
+        {"KELDRA_MONITOR_OPTIONS='t 30 -X 9'", "t is no option"},
+        {"KELDRA_MONITOR_OPTIONS='-h /a * -X 9'", "* is no option"},
+        {"KELDRA_MONITOR_OPTIONS='-t 30 --'", "-- is no option"},
+        {"KELDRA_MONITOR_OPTIONS=-t 30", "30: not found"},
+        {"KELDRA_MONITOR_OPTIONS='-t 30", "nterminated quoted string"},
+        {"KELDRA_MONITOR_OPTIONS='-n keldra'\r", "a carriage return ends a line"},
+        {"exit 0", "the shell"},
+    };
+    for (const auto& mistake : mistakes) {
+        Settings(mistake.settings);
+        Service("restart", 6, mistake.reason);
+        Service("force-reload", 6, "\nNothing has been stopped: the old monitor goes on.\n");
+        EXPECT_EQ(Only("keldra_monitor"), monitor) << mistake.settings;
+    }
+    // A daemon that this machine cannot run is found out as early.
+    Settings("");
+    (void)Shell("cd /usr/sbin; echo '#!/absent' >new; chmod 755 new; mv new keldra_monitor");
+    Service("restart", 1, "the old monitor goes on.\n");
+    EXPECT_EQ(Only("keldra_monitor"), monitor);
+    Service("stop", 0, "keldra_monitor has been stopped.");
+    Settings("KELDRA_MONITOR_OPTIONS=-Z");
+    Service("start", 6, "\nNothing has been started: no monitor runs.\n");
+}
+
+TEST_F(EndToEndPackageTest, NamesakeOfTheDaemonIsNoMonitorButInTheWayOfOne) {
+    StartStranger();
+    const pid_t stranger = Only("keldra_monitor");
+    Service("status", 3, "keldra_monitor is not running.\n");
+    Service("stop", 0, "keldra_monitor is not running.\n");
+    Service("start", 1, std::to_string(stranger) + " (/tmp/keldra_monitor)");
+    ASSERT_TRUE(terminal_->Signal(stranger, SIGKILL));
+    Service("start", 0, "keldra_monitor has been started.\n");
+    // An upgrade has replaced the program since; the monitor is still known.
+    (void)Shell("cd /usr/sbin; cp keldra_monitor new; mv new keldra_monitor");
+    StartStranger();
+    Service("start", 0, "keldra_monitor is already running.\n");
+    Service("restart", 1, "the old monitor goes on.\n");
+    Service("stop", 0, "keldra_monitor has been stopped.");
+    EXPECT_EQ(LogLines("shutting down gracefully in response to signal 15"), 1);
+}

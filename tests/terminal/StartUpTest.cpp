@@ -1,0 +1,111 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <syslog.h>
+
+#include <filesystem>
+
+#include "tests/terminal/EndToEnd.h"
+
+using namespace Simulator;
+
+class EndToEndStartUpTest : public EndToEnd {};
+
+TEST_F(EndToEndStartUpTest, OneDaemonRunsDetachedAndASecondIsRefused) {
+    StartHealthy();
+    const pid_t first = Only("keldra_monitor");
+    EXPECT_EQ(terminal_->Processes("keldra_monitor")[0].parent, 1);
+    const CommandResult second = terminal_->Run(terminal_->MonitorCommand({"-t", "1"}));
+    EXPECT_EQ(second.status, W_EXITCODE(1, 0));
+    ExpectLog("Keldra Monitor refuses to start while another keldra_monitor is running...");
+    EXPECT_EQ(Only("keldra_monitor"), first);
+    for (const Event& event : terminal_->Events()) {
+        if (event.source == Source::kLog) {
+            EXPECT_EQ(event.priority, LOG_DAEMON | LOG_NOTICE) << event.text;
+        }
+    }
+}
+
+TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
+    // What is missing, and the messages.
+    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
+        {{"/var/run/quenda"},
+         {"Failed to chdir to /var/run/quenda: No such file or directory",
+          "Please ensure that keldra_monitor is correctly installed", "Keldra is not running!"}},
+        {{kPrimaryOptions},
+         {"Falling back to Keldra's backup options file because the primary options file is "
+          "missing",
+          std::string("/usr/sbin/keldra -cp 23 -cfg ") + kBackupOptions}},
+        {{kPrimaryOptions, kBackupOptions},
+         {"Falling back to Keldra's factory options file because both the primary and backup "
+          "options files are missing",
+          std::string("/usr/sbin/keldra -cp 23 -cfg ") + kFactoryOptions}},
+        {{kPrimaryOptions, kBackupOptions, kFactoryOptions},
+         {"TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options files "
+          "are missing"}},
+    };
+    for (const auto& [missing, messages] : cases) {
+        PowerOn();
+        for (const auto& path : missing) {
+            ASSERT_TRUE(std::filesystem::remove(terminal_->Path(path))) << path;
+        }
+        StartMonitor();
+        for (const auto& message : messages) {
+            ExpectLog(message);
+        }
+    }
+    // Without any options file the daemon gives up, and the watchdog is left to bite.
+    Expect(Source::kInit, "keldra_monitor has ended: exit status 1");
+    EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
+}
+
+TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
+    PowerOn();
+    (void)RunMonitorInShell(
+        "umask 077; trap '' CHLD; exec env --block-signal=USR1 --block-signal=TERM \"$@\" "
+        "0<&- 1>&- 2>&- &",
+        {"-d", "-t", "1"});
+    ExpectLog("Keldra started responding again after ");
+    EXPECT_EQ(LogLines("Failed to wait"), 0);
+    const pid_t daemon = Only("keldra_monitor");
+    for (const char* stream : {"0", "1", "2"}) {
+        const std::string file = "/proc/" + std::to_string(daemon) + "/fd/" + stream;
+        EXPECT_EQ(std::filesystem::read_symlink(terminal_->Path(file)), "/dev/null") << stream;
+    }
+    for (const Event& event : terminal_->Events()) {
+        if (event.source == Source::kWatchdog) {
+            EXPECT_EQ(event.text, "armed with 300 s");  // no trace ended in a control file
+        }
+    }
+    EXPECT_EQ(Query().output.find("Parameters\n"), 0U);
+    struct stat status {};
+    ASSERT_EQ(stat(terminal_->Path(kStatusFile).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
+    ASSERT_TRUE(terminal_->Signal(daemon, SIGTERM));
+    Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
+}
+
+TEST_F(EndToEndStartUpTest, WatchdogThatRefusesIsReportedAndTheChecksGoOn) {
+    PowerOn();
+    const std::string counter = "/run/cpld/watchdog/intial-cnt0";
+    (void)terminal_->Run({"/bin/ln", "-sf", "/dev/full", counter});
+    StartMonitor();
+    ExpectLog("wdStart (245) : WD_READ_ERR");
+    ExpectLog("Keldra started responding again after ");
+    ExpectLog("wdStart (245) : WD_READ_ERR");
+}
+
+TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
+    const std::tuple<const char*, const char*, int> cases[] = {
+        {"0", "Failed to set the HeartbeatReadTimer options", 1},
+        {"299", "but the watchdog will bite after", 0},
+        {"300",
+         "The heartbeat timeout is 300 seconds, but the watchdog will bite after 300 seconds. This "
+         "will most likely cause problems, but continuing anyway.",
+         1},
+    };
+    for (const auto& [timeout, message, lines] : cases) {
+        PowerOn();
+        StartInDebugMode(timeout);
+        EXPECT_EQ(LogLines(message), lines) << timeout;
+    }
+}
