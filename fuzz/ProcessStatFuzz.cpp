@@ -7,15 +7,11 @@
 #include "fuzz/Require.h"
 #include "monitor/ProcessLookup.h"
 
-namespace {
-
 constexpr size_t kLookedAt = 127;
 constexpr int32_t kUntouched = -77;
 
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    // A copy that ends where the reading must end: a byte beyond it is found by the sanitizer.
+    // A copy that ends where the reading must end: the sanitizer finds a read beyond it.
     const bool isCut = size >= kLookedAt;
     std::vector<char> line(isCut ? kLookedAt : size + 1);
     std::copy_n(data, isCut ? kLookedAt : size, line.begin());
@@ -26,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         REQUIRE(parent == kUntouched && std::count(name, name + sizeof(name), 'x') == sizeof(name));
         return 0;
     }
-    // The name stands behind the number, a blank and "(", and ends before the first ")".
+    // The name is between "NUMBER (" and the first ")".
     const std::string text(line.data(), strnlen(line.data(), line.size()));
     const size_t start = text.find_first_not_of("0123456789") + 2;
     REQUIRE(text.substr(start, text.find(')') - start) == name);

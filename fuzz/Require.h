@@ -1,13 +1,7 @@
-// What must hold after a call: otherwise the program ends here, and the fuzzer keeps the input.
+// What must hold after a call. The exception ends the fuzzer, which keeps the input, or fails a
+// test.
 #pragma once
 
-#include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
 
-#define REQUIRE(condition)                                                             \
-    do {                                                                               \
-        if (!(condition)) {                                                            \
-            (void)std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                              \
-        }                                                                              \
-    } while (false)
+#define REQUIRE(condition) ((condition) ? void() : throw std::logic_error(__FILE__ ": " #condition))

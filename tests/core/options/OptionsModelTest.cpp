@@ -1,21 +1,24 @@
-// The random edits of fuzz/, always the same ones here: scripts/fuzz looks for others.
+// Random edits, always the same ones here: scripts/fuzz looks for others.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-#include "fuzz/OptionsFuzz.h"
+#include "fuzz/options_model/OptionsExercise.h"
 #include "tests/support/Capture.h"
 
 TEST(OptionsModelTest, EditsOfGeneratedTreesComeToWhatAModelSays) {
     Capture complaints(1);  // about numbers out of range
     std::mt19937 random(1);
     std::vector<uint8_t> bytes(600);
+    OptionsModel::MergeCounts all;
     for (int round = 0; round < 5000; ++round) {
         std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<uint8_t>(random()); });
-        (void)LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+        const auto merges = OptionsModel::ExerciseOptions(bytes.data(), bytes.size());
+        all.done += merges.done;
+        all.stoppedHalfway += merges.stoppedHalfway;
     }
     (void)complaints.Stop();
-    EXPECT_GT(mergesDone, 1000);
-    EXPECT_GT(mergesStoppedHalfway, 100);
+    EXPECT_GT(all.done, 1000);
+    EXPECT_GT(all.stoppedHalfway, 100);
 }

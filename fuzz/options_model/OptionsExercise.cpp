@@ -1,12 +1,14 @@
-// Everything that an options node can be asked.
+#include "fuzz/options_model/OptionsExercise.h"
+
 #include "core/options/OptionsNode.h"
 #include "core/output/StringWritable.h"
-#include "fuzz/OptionsFuzz.h"
 #include "fuzz/Require.h"
 
-using namespace Quenda;
+namespace OptionsModel {
 
 namespace {
+
+using namespace Quenda;
 
 template <typename Key>
 void Visit(bool& stop, Key /*nameOrIndex*/, const OptionsNode& node) {
@@ -37,7 +39,7 @@ void AskNumbers(const OptionsNode& node, const char* name) {
     (void)OptionsNode::GetValueString(node.Value());
 }
 
-void AskPath(FuzzInput& input, const OptionsNode& node) {
+void AskPath(RandomInput& input, const OptionsNode& node) {
     const OptionsPath path(input.Number(0, 4), RandomName(input, node.Value()));
     const OptionsNode found = node.GetNode(path);
     REQUIRE(!found.Value().isNull() || !node.Error().IsEmpty());
@@ -53,17 +55,35 @@ void Walk(const OptionsNode& node) {
     REQUIRE(node.SelectMembers(MakeCallback(SelectMember), selected) == !selected.IsEmpty());
 }
 
-}  // namespace
-
-void AskOptions(OptionsFuzz& fuzz) {
-    FuzzInput& input = fuzz.input;
-    const OptionsNode node(&RandomPart(input, fuzz.options));
+// Puts one random question to an options node on the value.
+void AskOptions(RandomInput& input, const Json::Value& value) {
+    const OptionsNode node(&value);
     switch (input.Number(0, 2)) {
         case 0:
-            return AskNumbers(node, RandomName(input, node.Value()));
+            return AskNumbers(node, RandomName(input, value));
         case 1:
             return AskPath(input, node);
         default:
-            return Walk(OptionsNode(node.Value()));  // of its own
+            return Walk(OptionsNode(value));  // a node with its own copy
     }
 }
+
+}  // namespace
+
+MergeCounts ExerciseOptions(const uint8_t* data, size_t size) {
+    RandomInput input(data, size);
+    // Nothing is copied on the way: a document may be too deep for that.
+    Trial trial{input, RandomDocument(input), Json::Value(), Json::Value(), {}};
+    trial.changes = input.OneIn(4) ? RandomDocument(input) : RandomChanges(input, trial.options);
+    trial.arrayIds = RandomArrayIds(input, trial.changes);
+    while (!input.IsEmpty()) {
+        if (input.OneIn(4)) {
+            AskOptions(input, RandomPart(input, trial.options));
+        } else {
+            EditOptions(trial);
+        }
+    }
+    return trial.merges;
+}
+
+}  // namespace OptionsModel

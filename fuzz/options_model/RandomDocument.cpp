@@ -1,15 +1,15 @@
-#include "fuzz/RandomDocument.h"
+#include "fuzz/options_model/RandomDocument.h"
 
 #include <cmath>
 #include <iterator>
 
 #include "core/options/JsonValue.h"
 
+namespace OptionsModel {
+
 namespace {
 
-using Quenda::JsonValue::FindMember;
-using Quenda::JsonValue::kMaxNesting;
-using Quenda::JsonValue::NestsDeeperThan;
+using namespace Quenda::JsonValue;
 
 constexpr unsigned kMaxDepth = 5;  // of what is drawn value by value
 
@@ -18,7 +18,7 @@ constexpr const char* kTexts[] = {"0x1F", "017", " 42abc", "-2147483649", "1e999
 constexpr double kReals[] = {-0.5, 4294967295.5, HUGE_VAL, NAN};
 constexpr unsigned kDepths[] = {1, kMaxNesting - 1, kMaxNesting, kMaxNesting + 1, 10000};
 
-Json::Value RandomScalar(FuzzInput& input) {
+Json::Value RandomScalar(RandomInput& input) {
     switch (input.Number(0, 5)) {
         case 0:
             return input.Bits<Json::Int>();
@@ -36,7 +36,7 @@ Json::Value RandomScalar(FuzzInput& input) {
 }
 
 // Puts the value below that many arrays or objects.
-void Nest(FuzzInput& input, Json::Value& value) {
+void Nest(RandomInput& input, Json::Value& value) {
     const bool arrays = input.Flip();
     for (unsigned left = input.Pick(kDepths); left > 0; --left) {
         Json::Value outer;
@@ -45,7 +45,7 @@ void Nest(FuzzInput& input, Json::Value& value) {
     }
 }
 
-Json::Value RandomValue(FuzzInput& input, unsigned depth) {
+Json::Value RandomValue(RandomInput& input, unsigned depth) {
     const unsigned kind = input.Number(0, 15);
     const bool isObject = kind < 6;
     Json::Value value(isObject ? Json::objectValue : Json::arrayValue);
@@ -64,7 +64,7 @@ Json::Value RandomValue(FuzzInput& input, unsigned depth) {
     return value;
 }
 
-void Change(FuzzInput& input, Json::Value& value) {
+void Change(RandomInput& input, Json::Value& value) {
     const unsigned kind = input.Number(0, 15);
     if (kind == 0) {
         value = RandomScalar(input);
@@ -84,7 +84,7 @@ void Change(FuzzInput& input, Json::Value& value) {
 }
 
 // The changes with some members left out and with one element in each array.
-Json::Value Mirror(FuzzInput& input, const Json::Value& changes) {
+Json::Value Mirror(RandomInput& input, const Json::Value& changes) {
     Json::Value ids(changes.type());
     if (changes.isArray() && !changes.empty()) {
         Mirror(input, changes[0U]).swap(ids[0U]);
@@ -100,18 +100,18 @@ Json::Value Mirror(FuzzInput& input, const Json::Value& changes) {
 
 }  // namespace
 
-std::string RandomText(FuzzInput& input) {
+std::string RandomText(RandomInput& input) {
     if (input.OneIn(8)) {
         return input.Text(40);
     }
     return input.OneIn(8) ? input.Pick(kTexts) : input.Pick(kNames);
 }
 
-const char* RandomName(FuzzInput& input) {
+const char* RandomName(RandomInput& input) {
     return input.OneIn(16) ? nullptr : input.Pick(kNames);
 }
 
-const char* RandomName(FuzzInput& input, const Json::Value& value) {
+const char* RandomName(RandomInput& input, const Json::Value& value) {
     const char* name = RandomName(input);
     for (int tries = 0; tries < 4 && FindMember(value, name) == nullptr; ++tries) {
         name = RandomName(input);
@@ -119,7 +119,7 @@ const char* RandomName(FuzzInput& input, const Json::Value& value) {
     return name;
 }
 
-Json::Value RandomDocument(FuzzInput& input) {
+Json::Value RandomDocument(RandomInput& input) {
     Json::Value document = RandomValue(input, 0);
     if (input.OneIn(64)) {
         Nest(input, document);
@@ -127,7 +127,7 @@ Json::Value RandomDocument(FuzzInput& input) {
     return document;
 }
 
-Json::Value RandomChanges(FuzzInput& input, const Json::Value& document) {
+Json::Value RandomChanges(RandomInput& input, const Json::Value& document) {
     if (NestsDeeperThan(document, kMaxNesting)) {
         return RandomDocument(input);
     }
@@ -136,12 +136,12 @@ Json::Value RandomChanges(FuzzInput& input, const Json::Value& document) {
     return changes;
 }
 
-Json::Value RandomArrayIds(FuzzInput& input, const Json::Value& changes) {
+Json::Value RandomArrayIds(RandomInput& input, const Json::Value& changes) {
     return input.OneIn(4) || NestsDeeperThan(changes, kMaxNesting) ? RandomDocument(input)
                                                                    : Mirror(input, changes);
 }
 
-Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
+Json::Value& RandomPart(RandomInput& input, Json::Value& document) {
     Json::Value* part = &document;
     for (unsigned left = input.Flip() ? input.Number(0, 8) : 0; left > 0; --left) {
         if (part->size() == 0) {
@@ -152,3 +152,5 @@ Json::Value& RandomPart(FuzzInput& input, Json::Value& document) {
     }
     return *part;
 }
+
+}  // namespace OptionsModel

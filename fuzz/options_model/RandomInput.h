@@ -4,12 +4,14 @@
 #include <cstring>
 #include <string>
 
+namespace OptionsModel {
+
 // Draws values from bytes, which come from the fuzzer or from a test's random numbers. After the
 // last byte come zeros.
-class FuzzInput {
+class RandomInput {
 public:
     // The bytes are not owned.
-    FuzzInput(const uint8_t* data, size_t size) : data_(data), left_(size) {}
+    RandomInput(const uint8_t* data, size_t size) : data_(data), left_(size) {}
 
     bool IsEmpty() const { return left_ == 0; }
     // Both limits included.
@@ -53,3 +55,5 @@ private:
     const uint8_t* data_;
     size_t left_;
 };
+
+}  // namespace OptionsModel

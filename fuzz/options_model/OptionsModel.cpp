@@ -1,4 +1,4 @@
-#include "fuzz/OptionsModel.h"
+#include "fuzz/options_model/OptionsModel.h"
 
 namespace OptionsModel {
 
