@@ -8,10 +8,22 @@ if(NOT EXISTS "${JSONCPP_SOURCE_DIR}/src/lib_json/json_value.cpp")
     "Run scripts/setup, or pass -DJSONCPP_SOURCE_DIR= with a jsoncpp 1.9.5 source tree.")
 endif()
 
-# The values differ from those of any other copy of the library: a program that links both must
-# not mix them. So the names of this copy lie in a namespace of their own, Json::Wiped, which need
-# not be spelled: Json::Value means ours where only our header is included, and is refused as
-# ambiguous where another copy's is, too. The reader's names stay: the library does not hold it.
+# change(PATTERN REPLACEMENT): replaces every match in `text`, which is the file `source`. A release of
+# the library that is written differently must not be built without the change.
+function(change pattern replacement)
+  string(REGEX REPLACE "${pattern}" "${replacement}" changed "${text}")
+  if(changed STREQUAL text)
+    string(STRIP "${pattern}" pattern)
+    message(FATAL_ERROR "No \"${pattern}\" to replace in ${JSONCPP_SOURCE_DIR}/${source}: "
+      "is this jsoncpp 1.9.5?")
+  endif()
+  set(text "${changed}" PARENT_SCOPE)
+endfunction()
+
+# These values differ from those of any other copy of the library, and a program that links both
+# must not mix them. So this copy's names are in a nested namespace, Json::Wiped, which is inline:
+# Json::Value means ours where only our header is included, and is ambiguous, hence an error, where
+# another copy's is included as well. The reader keeps its names, as it is not in our library.
 set(QUENDA_JSON_DIR ${PROJECT_BINARY_DIR}/generated/jsoncpp)
 file(GLOB json_sources RELATIVE ${JSONCPP_SOURCE_DIR}
   ${JSONCPP_SOURCE_DIR}/include/json/*.h ${JSONCPP_SOURCE_DIR}/src/lib_json/json_*.*)
@@ -19,17 +31,21 @@ foreach(source ${json_sources})
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${JSONCPP_SOURCE_DIR}/${source})
   file(READ ${JSONCPP_SOURCE_DIR}/${source} text)
   if(NOT source MATCHES "reader|features")
-    string(REPLACE "\nnamespace Json {" "\nnamespace Json { inline namespace Wiped {" text "${text}")
-    string(REPLACE "\n} // namespace Json\n" "\n}} // namespace Json::Wiped\n" text "${text}")
-    string(REGEX REPLACE "\nclass (Reader|CharReader|CharReaderBuilder|Features);" "" text "${text}")
-    string(REGEX REPLACE "JSON_([A-Z_]*)H_INCLUDED" "QUENDA_JSON_\\1H_INCLUDED" text "${text}")
+    if(NOT source MATCHES "/(assertions|json|version)\\.h$")  # they declare nothing
+      change("\nnamespace Json {" "\nnamespace Json { inline namespace Wiped {")
+      change("\n} // namespace Json\n" "\n}} // namespace Json::Wiped\n")
+    endif()
+    if(source MATCHES "\\.h$")
+      change("JSON_([A-Z_]*)H_INCLUDED" "QUENDA_JSON_\\1H_INCLUDED")
+    endif()
   endif()
-  if(source STREQUAL "include/json/config.h")
+  if(source STREQUAL "include/json/forwards.h")
+    change("\nclass (Reader|CharReader|CharReaderBuilder|Features);" "")
+  elseif(source STREQUAL "include/json/config.h")
     # A failed check ends the process instead of throwing, in every build type. Numbers have 32
     # bits, as on the terminal.
-    string(REPLACE "#define QUENDA_JSON_CONFIG_H_INCLUDED\n"
-      "#define QUENDA_JSON_CONFIG_H_INCLUDED\n#define JSON_USE_EXCEPTION 0\n#define JSON_NO_INT64 1\n"
-      text "${text}")
+    change("(#define QUENDA_JSON_CONFIG_H_INCLUDED\n)"
+      "\\1#define JSON_USE_EXCEPTION 0\n#define JSON_NO_INT64 1\n")
   endif()
   file(CONFIGURE OUTPUT ${QUENDA_JSON_DIR}/${source} CONTENT "@text@" @ONLY)
 endforeach()

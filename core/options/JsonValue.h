@@ -14,6 +14,8 @@
 
 namespace Quenda::JsonValue {
 
+static_assert(sizeof(Json::LargestInt) == 4, "numbers have 32 bits, as on the terminal");
+
 // How deep arrays and objects may nest in a value that is copied, merged or written out. Each
 // level costs stack; no real document comes near.
 constexpr unsigned kMaxNesting = 1000;

@@ -17,8 +17,9 @@ constexpr char kNotAnObject[] = "Invalid node type: OptionsNode must be object t
 OptionsNode::OptionsNode(const Json::Value* value, OptionsContext context)
     : value_(value == nullptr ? &own_ : value), context_(context) {}
 
-OptionsNode::OptionsNode(const Json::Value& value, OptionsContext context) : context_(context) {
-    Hold(value);
+OptionsNode::OptionsNode(const Json::Value& value, OptionsContext context)
+    : value_(&own_), context_(context) {
+    SetOwnValue(value);
 }
 
 OptionsNode::OptionsNode(const OptionsNode& other) {
@@ -31,16 +32,16 @@ OptionsNode& OptionsNode::operator=(const OptionsNode& other) {
         value_ = other.value_;
         context_ = other.context_;
         error_ = other.error_;
-        if (other.ViewsOwnValue()) {
-            Hold(other.own_);
+        if (other.value_ == &other.own_) {
+            value_ = &own_;
+            SetOwnValue(other.own_);
         }
     }
     return *this;
 }
 
-void OptionsNode::Hold(const Json::Value& value) {
+void OptionsNode::SetOwnValue(const Json::Value& value) {
     own_ = CheckNesting(value, JsonValue::kMaxNesting) ? value : Json::Value();
-    value_ = &own_;
 }
 
 bool OptionsNode::IsObject() const {

@@ -115,12 +115,13 @@ protected:
     void SetError(SharedText message) const { error_ = std::move(message); }
     // Fails when the value nests deeper than that.
     bool CheckNesting(const Json::Value& value, unsigned levels) const;
-    bool ViewsOwnValue() const { return value_ == &own_; }
+    // The value that this node holds itself, whether it views that or another one.
     Json::Value* OwnValue() { return &own_; }
+    const Json::Value* OwnValue() const { return &own_; }
+    // Holds a copy of the value, or a null value when it nests too deeply.
+    void SetOwnValue(const Json::Value& value);
 
 private:
-    // Views a copy of the value, or a null value when it nests too deeply.
-    void Hold(const Json::Value& value);
     OptionsNode Derive(const Json::Value* value) const;
     // The text to scan, or the member to read; null after a failure.
     const char* GetText(const Json::Value& value) const;

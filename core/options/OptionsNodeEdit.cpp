@@ -32,9 +32,13 @@ OptionsNodeEdit& OptionsNodeEdit::operator=(const OptionsNodeEdit& other) {
         return *this;
     }
     OptionsNode::operator=(other);
-    const bool editsOwn = other.editValue_ != nullptr && ViewsOwnValue();
-    editValue_ = editsOwn ? OwnValue() : other.editValue_;
+    editValue_ = other.editValue_;
     modified_ = other.modified_;
+    if (other.editValue_ == other.OwnValue()) {
+        // Not copied yet when `other` was made to view another value than it edits.
+        SetOwnValue(*other.OwnValue());
+        editValue_ = OwnValue();
+    }
     return *this;
 }
 

@@ -21,6 +21,8 @@ public:
     // Edits the document's value. Every successful change sets `*modified`, which is never
     // cleared here; null tracks nothing. Neither is owned. A null value refuses all edits.
     OptionsNodeEdit(Json::Value* value, bool* modified, OptionsContext context = {});
+    // A copy edits the same document, or its own copy of a value that `other` holds itself.
+    // Assigning such a copy replaces the value that this node held itself, as an edit does.
     OptionsNodeEdit(const OptionsNodeEdit& other);
     OptionsNodeEdit& operator=(const OptionsNodeEdit& other);
     ~OptionsNodeEdit() override;

@@ -3,7 +3,8 @@
 //   of a value or a member name stays behind in freed memory;
 // - memory that cannot be had is std::bad_alloc, not the end of the process;
 // - a comment that does not begin with "/" is complained about and kept; every other failed
-//   check ends the process with the library's message on standard error;
+//   check and every impossible conversion ends the process, with the library's message or the
+//   failed condition on standard error;
 // - numbers have 32 bits, as on the terminal (JSON_NO_INT64). The library then still names its
 //   64-bit type in a conversion that nothing calls.
 #pragma once
@@ -40,18 +41,23 @@ inline void* QuendaMalloc(size_t size) {
     return block;
 }
 
-inline void QuendaFailedCheck(const char* message) {
-    constexpr char kComment[] = "Comments must start with /";
-    if (strstr(message, kComment) != nullptr) {
-        Quenda::ComplainAboutJson(kComment);
-        return;
-    }
+[[noreturn]] inline void QuendaEndProcess(const char* message) {
     (void)std::fprintf(stderr, "%s\n", message);
     std::abort();
 }
 
+inline void QuendaFailedCheck(const char* message) {
+    constexpr char kComment[] = "Comments must start with /";
+    if (strstr(message, kComment) == nullptr) {
+        QuendaEndProcess(message);
+    }
+    Quenda::ComplainAboutJson(kComment);
+}
+
 #define free QuendaWipingFree
 #define malloc QuendaMalloc
+#undef JSON_FAIL_MESSAGE
+#define JSON_FAIL_MESSAGE(message) QuendaEndProcess(message)
 #undef JSON_ASSERT_MESSAGE
 #define JSON_ASSERT_MESSAGE(condition, message) \
     do {                                        \

@@ -32,4 +32,8 @@ TEST(JsonValueTest, NumbersOutOfRangeAreComplainedAboutAndConverted) {
     }
 }
 
+TEST(JsonValueTest, ImpossibleConversionEndsTheProcessWithItsReason) {
+    EXPECT_DEATH((void)Json::Value("x").asInt(), "^Value is not convertible to Int\\.\n$");
+}
+
 }  // namespace

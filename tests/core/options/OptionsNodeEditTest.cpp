@@ -1,6 +1,7 @@
 #include "core/options/OptionsNodeEdit.h"
 
 #include <functional>
+#include <memory>
 
 #include "tests/core/options/Json.h"
 #include "tests/support/CallbackTo.h"
@@ -68,11 +69,20 @@ TEST(OptionsNodeEditTest, EditsChangeTheDocumentOrSayWhyNot) {
 }
 
 TEST(OptionsNodeEditTest, CopyOfAPlainNodeHasADocumentOfItsOwn) {
-    Edit node;
-    Edit copy(node);
-    EXPECT_TRUE(copy.SetLeaf("a", -1.5, nullptr));
-    EXPECT_EQ(Text(node.Value()), "null");
-    EXPECT_EQ(Text(copy.Value()), "{'a':-1.5}");
+    const Json::Value seen = J("{'b':[2]}");
+    auto node = std::make_unique<Edit>();
+    EXPECT_TRUE(node->SetLeaf("a", -1.5, nullptr));
+    Edit copy(*node);
+    static_cast<OptionsNode&>(*node) = OptionsNode(&seen);  // views one value, edits another
+    Edit copyOfView(*node);
+    EXPECT_TRUE(node->SetLeaf("a", 0, nullptr));
+    node.reset();
+    EXPECT_EQ(Text(copyOfView.Value()), "{'b':[2]}");
+    for (Edit* edit : {&copy, &copyOfView}) {
+        Edit taken;
+        EXPECT_TRUE(edit->MoveMember(taken, "x", "a", false));
+        EXPECT_EQ(Text(taken.Value()), "{'x':-1.5}");
+    }
 }
 
 TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
@@ -108,14 +118,22 @@ TEST(OptionsNodeEditTest, CommentOfANullValueStaysWhenItGetsMembersOrElements) {
     }
 }
 
-TEST(OptionsNodeEditTest, NodeThatViewsASelectionEditsItsOwnDocumentAlone) {
-    Json::Value list(Json::arrayValue);
-    Edit node(&list, nullptr);
+TEST(OptionsNodeEditTest, NodeThatViewsASelectionEditsItsDocumentAlone) {
+    Json::Value list = J("[1,2]");
+    bool modified = false;
+    Edit node(&list, &modified);
     const MemberPredicate all(new CallbackTo<bool(const char*)>([](const char*) { return true; }));
     ASSERT_TRUE(OptionsNode(J("{'a':1}")).SelectMembers(all, node));
-    EXPECT_FALSE(node.RemoveMember("a"));
-    EXPECT_FALSE(node.SetLeaf("b", 1, nullptr));
-    EXPECT_EQ(Text(list), "[]");
+    Edit copy(node);
+    for (Edit* edit : {&node, &copy}) {
+        modified = false;
+        EXPECT_FALSE(edit->RemoveMember("a"));
+        EXPECT_FALSE(edit->SetLeaf("b", 1, nullptr));
+        EXPECT_TRUE(edit->Append(OptionsNode(J("3"))));
+        EXPECT_TRUE(modified);
+        EXPECT_EQ(Text(edit->Value()), "{'a':1}");
+    }
+    EXPECT_EQ(Text(list), "[1,2,3,3]");
 }
 
 }  // namespace
