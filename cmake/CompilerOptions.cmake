@@ -18,6 +18,22 @@ add_compile_options(-ffunction-sections -fdata-sections
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
 add_link_options(-Wl,--gc-sections -Wl,--as-needed)
 
+# Distributions build programs that run as root in this way: with checked copies, a guarded stack, a
+# call table that is read-only from the start, and code at random addresses. A project that includes
+# this one chooses its own flags.
+if(PROJECT_IS_TOP_LEVEL)
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag(-fstack-clash-protection QUENDA_HAS_STACK_CLASH)
+  add_compile_options(-fstack-protector-strong
+    $<$<BOOL:${QUENDA_HAS_STACK_CLASH}>:-fstack-clash-protection>
+    "$<$<IN_LIST:$<TARGET_PROPERTY:TYPE>,EXECUTABLE;STATIC_LIBRARY>:-fPIE>")
+  add_link_options(-Wl,-z,relro,-z,now $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>)
+  if(NOT KELDRA_SANITIZE)
+    # The C library checks copies only in optimised code. Some compilers define a level themselves.
+    add_compile_options("$<$<NOT:$<CONFIG:Debug,>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  endif()
+endif()
+
 if(KELDRA_LTO)
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
   # A program on the installed core library may be linked without it.

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Looks into a package, a .deb or an .ipk: whether it holds all that is to be installed and nothing
-# that acts by itself. Usage: check-package.sh PACKAGE
+# that acts by itself. Usage: check-package.sh PACKAGE [unoptimised]
 set -eu
 # Prints the difference and ends when the input is not the text: expect WHAT TEXT
 expect() {
@@ -46,15 +46,26 @@ libstdc++6 (>= N)"
 # The commit that the daemon names is the package's, and the next one's package is newer.
 version=$(dpkg-deb -f "$1" Version)
 commit=${version##*-}
-dpkg-deb --fsys-tarfile "$1" | tar xO ./usr/sbin/keldra_monitor |
-  grep -aoE 'quenda_core-[0-9.]+-[0-9]+' |
+scratch=$(mktemp -d)
+trap 'rm -r "$scratch"' EXIT
+dpkg-deb --fsys-tarfile "$1" | tar xO ./usr/sbin/keldra_monitor >"$scratch/daemon"
+grep -aoE 'quenda_core-[0-9.]+-[0-9]+' "$scratch/daemon" |
   expect version "quenda_core-${version%-*}.$commit-$commit"
 dpkg --compare-versions "${version%-*}-$((commit + 1))" gt "$version"
+# The daemon runs as root: no address of it is known beforehand, its call table is read-only, stacks
+# and, if the compiler optimises, copies are checked.
+checked=__vsnprintf_chk
+[ -z "${2-}" ] || checked=
+readelf -hldW --dyn-syms "$scratch/daemon" |
+  grep -woE 'DYN|GNU_RELRO|BIND_NOW|__stack_chk_fail|__vsnprintf_chk' | sort -u |
+  expect hardening "BIND_NOW
+DYN
+GNU_RELRO
+__stack_chk_fail${checked:+
+$checked}"
 # A purge, which is dpkg's last call once all files have gone, takes the links to them along.
 if [ -n "$purge" ]; then
-  DPKG_ROOT=$(mktemp -d)
-  export DPKG_ROOT
-  trap 'rm -r "$DPKG_ROOT"' EXIT
+  export DPKG_ROOT="$scratch/root"
   mkdir -p "$DPKG_ROOT/etc/rc5.d" "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants"
   ln -s ../init.d/keldra-monitor "$DPKG_ROOT/etc/rc5.d/S90keldra-monitor"
   ln -s ../init.d/other "$DPKG_ROOT/etc/rc5.d/S90other"
