@@ -53,13 +53,13 @@ bool EventLoop::Init() {
     if (epollFd_ >= 0) {
         return true;
     }
-    epollFd_ = epoll_create(10);
+    epollFd_ = epoll_create(10);  // any size above 0: since Linux 2.6.8 it is ignored
     if (epollFd_ == -1) {
         const int error = errno;
         LogError("epoll_create() failed: %s (%d)\n", strerror(error), error);
         return false;
     }
-    // Programs that this process starts have no business with its loop.
+    // Children must not inherit this descriptor.
     (void)fcntl(epollFd_, F_SETFD, FD_CLOEXEC);  // cannot fail on a valid descriptor
     return true;
 }

@@ -16,8 +16,9 @@ namespace Quenda::JsonValue {
 
 static_assert(sizeof(Json::LargestInt) == 4, "numbers have 32 bits, as on the terminal");
 
-// How deep arrays and objects may nest in a value that is copied, merged or written out. Each
-// level costs stack; no real document comes near.
+// How deep arrays and objects may nest in a value that is copied, merged or written out; one level
+// less in a value that becomes a member or an element. Each level costs stack, and no real document
+// needs so many.
 constexpr unsigned kMaxNesting = 1000;
 
 // Null counts as an object and as an array, booleans count as integral and numeric.

@@ -38,7 +38,8 @@ using MemberPredicate = CallbackRef<bool(const char*)>;
 // Names may be null and are then found nowhere. A getter with a default gives that on every
 // failure, of whatever kind, and says false; a getter without one leaves its output alone. A value
 // in which arrays and objects nest in more than JsonValue::kMaxNesting levels is neither copied nor
-// written out: that fails with "Invalid operation: OptionsNode is nested too deeply".
+// written out: that fails with "Invalid operation: OptionsNode is nested too deeply". A value
+// that becomes a member or an element may nest in one level less.
 class OptionsNode {
 public:
     // Empty: views nothing.
@@ -100,7 +101,8 @@ public:
     // A comment as the tree writes it: "//" and the text. Null counts as the empty text.
     static std::string GetCommentText(const char* text);
 
-    // The message of the last failed call; absent when none failed.
+    // The message of the last failed call. Ask its `IsEmpty`: it is absent when no call failed, and
+    // an empty text after a successful `OptionsNodeEdit::Merge`.
     const SharedText& Error() const { return error_; }
     // Makes it absent, so that a message left by the next call is known to be its own.
     void ClearError() { error_ = {}; }
