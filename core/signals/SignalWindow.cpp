@@ -5,17 +5,16 @@ namespace Quenda {
 namespace {
 
 bool blocking = false;
-sigset_t held;           // the signals that wait for a window
-sigset_t maskInWindow;   // the one that the process was started with
-sigset_t maskElsewhere;  // the same and the signals held
+sigset_t held;          // the signals that wait for a window
+sigset_t maskInWindow;  // the process's mask before any of them was held
 
 }  // namespace
 
 void BlockSignalsOutsideWindows(const sigset_t& signals) {
-    // None of these calls can fail with valid sets.
-    (void)sigprocmask(SIG_BLOCK, &signals, &maskInWindow);
-    (void)sigprocmask(SIG_SETMASK, nullptr, &maskElsewhere);
-    held = signals;
+    // None of these calls can fail with valid sets. A second call must not take the signals that
+    // are held already for blocked ones.
+    (void)sigprocmask(SIG_BLOCK, &signals, blocking ? nullptr : &maskInWindow);
+    (void)sigorset(&held, &held, &signals);
     blocking = true;
 }
 
@@ -35,15 +34,15 @@ void RestoreSignalsInChild() {
     (void)sigprocmask(SIG_SETMASK, &maskInWindow, nullptr);
 }
 
-SignalWindow::SignalWindow() {
-    if (blocking) {
-        (void)sigprocmask(SIG_SETMASK, &maskInWindow, nullptr);
+SignalWindow::SignalWindow() : isOpen_(blocking) {
+    if (isOpen_) {
+        (void)sigprocmask(SIG_SETMASK, &maskInWindow, &maskAround_);
     }
 }
 
 SignalWindow::~SignalWindow() {
-    if (blocking) {
-        (void)sigprocmask(SIG_SETMASK, &maskElsewhere, nullptr);
+    if (isOpen_) {
+        (void)sigprocmask(SIG_SETMASK, &maskAround_, nullptr);
     }
 }
 

@@ -70,13 +70,14 @@ TEST_F(EventLoopRunTest, OnlyABadDescriptorEndsItAndOtherErrorsAreLoggedEachTime
     EXPECT_EQ(Run(), invalid + invalid + kEnd);
 }
 
-TEST_F(EventLoopRunTest, SignalsHeldArriveInWaitsThatEndAtOnceOrFailToo) {
+TEST_F(EventLoopRunTest, SignalsHeldArriveInEveryWait) {
     static bool came = false;
     const auto run = [this] {
         (void)signal(SIGUSR1, [](int) { came = true; });
         sigset_t held{};
         sigaddset(&held, SIGUSR1);
         BlockSignalsOutsideWindows(held);
+        BlockSignalsOutsideWindows(held);  // by another part of the program
         const auto error = [](int) { return EINVAL; };
         EventHandler ready("ready");
         loop_.AddHandler(&ready);
@@ -86,6 +87,11 @@ TEST_F(EventLoopRunTest, SignalsHeldArriveInWaitsThatEndAtOnceOrFailToo) {
             raise(SIGUSR1);
             EXPECT_FALSE(came);
             EXPECT_TRUE(loop_.Poll());
+            EXPECT_TRUE(came);
+            const SignalWindow window;
+            EXPECT_TRUE(loop_.Poll());  // its window ends inside of this one
+            came = false;
+            raise(SIGUSR1);
             EXPECT_TRUE(came);
         }
         loop_.RemoveHandler(&ready);
