@@ -36,7 +36,8 @@ bool HeartbeatReadTimer::Open(const char* caller) {
                    name_, caller, GetFilename(), fd_);
         return false;
     }
-    // Non-blocking: a pipe in the file's place must not stop the monitor.
+    // Non-blocking: a pipe in the file's place must not stop the monitor. O_SYNC and the mode have
+    // no effect on a read; they are kept so that a system-call trace looks as it always has.
     fd_ = open(GetFilename(), O_RDONLY | O_NONBLOCK | O_SYNC, 0500);
     if (fd_ == -1) {
         LogMessage(0, "%s: %s: Failed to open the heartbeat file %s for reading: %s\n", name_,

@@ -49,7 +49,7 @@ public:
     uint32_t GetLastCount() const { return lastCount_; }
     // The application declares an error by a count of 0.
     bool InErrorState() const { return lastCount_ == 0; }
-    // Whole seconds, 0 when the timer is not armed.
+    // Whole seconds; 0 when the timer is not armed, and while a check is overdue.
     uint32_t GetSecondsToNextCheck() const;
 
 protected:

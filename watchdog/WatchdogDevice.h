@@ -16,9 +16,11 @@
 
 namespace Quenda {
 
-// The descriptors of the control files, by their slots; 0 means that the file is not open, so a
-// file that the kernel opens as descriptor 0 is never closed. To be initialised with {}.
-using WatchdogDescriptors = std::array<int, WatchdogControl::kSlotCount>;
+// The descriptors of the control files, by their slots. They start at 0, which means that the file
+// is not open; so a file that the kernel opens as descriptor 0 is never closed.
+struct WatchdogDescriptors : std::array<int, WatchdogControl::kSlotCount> {
+    WatchdogDescriptors() : array{} {}
+};
 
 // The steps. Each stores its code in `error`, too, when it fails; a null `error` is itself
 // WD_NULL_POINTER.

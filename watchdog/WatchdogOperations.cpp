@@ -7,6 +7,9 @@ namespace {
 // Closes everything, and explains the code when it is a failure. Returns the code. The numbers of
 // the steps are part of the error texts that service documents explain; they do not follow the
 // lines of any file.
+//
+// After a failed wdOpenAll, which closes what it opened, this is a second close of the same
+// numbers. It is deliberate and fails harmlessly: nothing else is opened in between.
 uint32_t Finish(const WatchdogDescriptors& descriptors, const char* operation, int step,
                 uint32_t code, char* text, size_t length) {
     wdCloseAll(descriptors);
@@ -19,7 +22,7 @@ uint32_t Finish(const WatchdogDescriptors& descriptors, const char* operation, i
 }  // namespace
 
 uint32_t wdStart(const WatchdogControl& control, uint32_t seconds, char* text, size_t length) {
-    WatchdogDescriptors descriptors{};
+    WatchdogDescriptors descriptors;
     uint32_t error = WD_DB_OK;
     if (wdOpenAll(control, &descriptors, &error) != WD_DB_OK) {
         return Finish(descriptors, "wdStart", 238, error, text, length);
@@ -29,7 +32,7 @@ uint32_t wdStart(const WatchdogControl& control, uint32_t seconds, char* text, s
 }
 
 uint32_t wdStop(const WatchdogControl& control, char* text, size_t length) {
-    WatchdogDescriptors descriptors{};
+    WatchdogDescriptors descriptors;
     uint32_t error = WD_DB_OK;
     if (wdOpenAll(control, &descriptors, &error) != WD_DB_OK) {
         return Finish(descriptors, "wdStop", 268, error, text, length);
@@ -39,7 +42,7 @@ uint32_t wdStop(const WatchdogControl& control, char* text, size_t length) {
 }
 
 uint32_t wdIsEnabled(const WatchdogControl& control, uint32_t* state, char* text, size_t length) {
-    WatchdogDescriptors descriptors{};
+    WatchdogDescriptors descriptors;
     uint32_t error = WD_DB_OK;
     if (state == nullptr) {
         return Finish(descriptors, "wdIsEnabled", 299, WD_NULL_POINTER, text, length);

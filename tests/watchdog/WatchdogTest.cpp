@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <sstream>
 
@@ -78,7 +79,9 @@ TEST_F(WatchdogTest, StartWritesTheBytesOfTheBiteTime) {
 }
 
 TEST_F(WatchdogTest, WritesStopAtTheFirstThatFails) {
-    WatchdogDescriptors fds{};
+    int garbage[WatchdogControl::kSlotCount] = {3, 4, 5, 6, 7, 8, 9, 10};
+    auto& fds = *new (garbage) WatchdogDescriptors;
+    EXPECT_EQ(std::count(fds.begin(), fds.end(), 0), int{WatchdogControl::kSlotCount});
     uint32_t error = 77;
     ASSERT_EQ(wdOpenAll(control_, &fds, &error), WD_DB_OK);
     EXPECT_EQ(fcntl(fds[Slot::kControlAll], F_GETFL) & (O_ACCMODE | O_SYNC), O_RDWR | O_SYNC);
