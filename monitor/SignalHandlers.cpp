@@ -9,6 +9,7 @@
 #include <new>
 
 #include "core/log/Log.h"
+#include "core/output/StdioWritable.h"
 #include "core/signals/SignalWindow.h"
 #include "monitor/MonitorState.h"
 #include "monitor/MonitorWatchdog.h"
@@ -43,7 +44,10 @@ void OnStatusRequest(int /*signal*/) {
 
 [[noreturn]] void OnInterrupt(int signal) {
     fprintf(stderr, "\n");
-    Report([] { WriteStatusReport(stderr); });
+    Report([] {
+        Quenda::StdioWritable out(stderr);
+        WriteStatusReport(&out);
+    });
     ShutDown(signal);
 }
 
@@ -76,12 +80,14 @@ sigset_t DaemonsSignals() {
 void PrepareSignals(bool detached) {
     (void)signal(SIGUSR1, SIG_IGN);  // none of the calls can fail with these signals
     (void)signal(SIGCHLD, SIG_DFL);
+    // Empty handlers instead of SIG_IGN, which the programs that the daemon starts would inherit.
+    (void)signal(SIGXFSZ, [](int) {});
     if (detached) {
-        // Not SIG_IGN, which the programs that the daemon starts would inherit.
         (void)signal(SIGHUP, [](int) {});
     }
-    const sigset_t signals = DaemonsSignals();
-    (void)sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+    sigset_t none;
+    sigemptyset(&none);
+    (void)sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 void HoldSignals() {

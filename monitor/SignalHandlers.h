@@ -2,9 +2,11 @@
 
 namespace Monitor {
 
-// Before the daemon detaches itself: a status request that comes too soon goes unanswered, but
-// does not end it, children can be waited for and signals arrive, whatever the starter ignored or
-// blocked. A daemon that detaches has no terminal that could hang up: to it SIGHUP means nothing.
+// Call before the daemon detaches itself. A status request that comes too soon goes unanswered, but
+// does not end the daemon. Children can be waited for, and no signal stays blocked in the daemon or
+// in the programs that it starts, even if the starter ignored SIGCHLD or blocked signals. A write
+// past a file-size limit fails (EFBIG) instead of ending the daemon. A detached daemon has no
+// terminal that could hang up, so it survives SIGHUP.
 void PrepareSignals(bool detached);
 
 // From now on the daemon's signals arrive only while it waits (SignalWindow).

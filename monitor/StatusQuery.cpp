@@ -1,5 +1,6 @@
 #include "monitor/StatusQuery.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,8 +8,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "monitor/MonitorState.h"
 #include "monitor/ProcessLookup.h"
@@ -80,20 +81,24 @@ void WaitForRest(timespec& noted, PollBudget& budget) {
 }
 
 void PrintStatusFile() {
-    FILE* const file = fopen(kStatusFile, "r");
-    if (file == nullptr) {
+    const int fd = OpenStatusFile(O_RDONLY);
+    if (fd == -1) {
         fprintf(stderr, "Failed to open the status file %s for reading: %s\n", kStatusFile,
                 strerror(errno));
         return;
     }
-    char* line = nullptr;
-    size_t size = 0;
-    ssize_t length = 0;
-    while ((length = getline(&line, &size, file)) != -1) {
-        (void)fwrite(line, 1, static_cast<size_t>(length), stderr);
+    std::string report;
+    char chunk[4096];
+    ssize_t count = 0;
+    while ((count = read(fd, chunk, sizeof(chunk))) > 0) {
+        report.append(chunk, static_cast<size_t>(count));
     }
-    free(line);
-    (void)fclose(file);  // nothing was written
+    (void)close(fd);  // nothing was written
+    (void)fwrite(report.data(), 1, report.size(), stderr);
+    if (!IsWholeReport(report)) {
+        fprintf(stderr, "The status file %s is %s: is its disk full?\n", kStatusFile,
+                report.empty() ? "empty" : "incomplete");
+    }
 }
 
 }  // namespace

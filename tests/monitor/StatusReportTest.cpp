@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "core/options/OptionsNodeEdit.h"
+#include "core/output/StringWritable.h"
 #include "monitor/MonitorState.h"
-#include "tests/support/Capture.h"
 
 using namespace Monitor;
 
@@ -21,10 +21,10 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     ASSERT_TRUE(heartbeatReader.Reload(options));
     ASSERT_TRUE(heartbeatReader.Start());
     ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
-    Capture output(1);
-    WriteStatusReport(stdout);
-    EXPECT_EQ(output.Stop(),
-              R"(Parameters
+    Quenda::StringWritable output;
+    WriteStatusReport(&output);
+    const std::string& report = output.Text();
+    EXPECT_EQ(report, R"(Parameters
 ==========
 Keldra Monitor Process Name: keldra_monitor
 Keldra Process Name:         keldra
@@ -74,6 +74,11 @@ Current Activities: 0
 New Activities: 0
 
 )");
+    EXPECT_TRUE(IsWholeReport(report));
+    for (size_t i = 0; i < report.size(); ++i) {
+        EXPECT_FALSE(IsWholeReport(report.substr(0, i))) << i;
+        EXPECT_FALSE(IsWholeReport(report + report.substr(i))) << i;
+    }
 }
 
 }  // namespace

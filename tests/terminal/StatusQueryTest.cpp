@@ -79,6 +79,22 @@ TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAl
     EXPECT_EQ(ReadFile(terminal_->Path("/var/run/quenda/kept")), "precious\n");
 }
 
+TEST_F(EndToEndStatusQueryTest, QueryTellsWhatIsNoReport) {
+    // What comes between, and the end of what the query says.
+    const std::pair<const char*, const char*> cases[] = {
+        {"prlimit --pid $2 --fsize=600:unlimited", " is incomplete: is its disk full?\n"},
+        {"prlimit --pid $2 --fsize=0:unlimited", " is empty: is its disk full?\n"},
+        {"rm $1; mkfifo $1; (sleep 1; touch $1) &", " for reading: File exists\n"},
+    };
+    StartHealthy();
+    const std::string pid = std::to_string(Only("keldra_monitor"));
+    for (const auto& [command, end] : cases) {
+        (void)terminal_->Run({"/bin/sh", "-c", command, "sh", kStatusFile, pid});
+        const std::string output = Query().output;
+        EXPECT_NE(output.find(std::string(kStatusFile) + end), std::string::npos) << output;
+    }
+}
+
 TEST_F(EndToEndStatusQueryTest, ReportIsNewerWhenItsNanosecondsAre) {
     StartHealthy();
     // The clock was set back since; each part of the time is compared on its own.
