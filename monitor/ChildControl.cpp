@@ -46,6 +46,7 @@ const char* CountStartAndGetOptionsFile(OptionsType type) {
 [[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
     Quenda::RestoreSignalsInChild();
     Quenda::CloseInheritedDescriptors();
+    // Only Keldra knows what 23 means; it gets it on every start.
     if (optionsFile == nullptr) {
         (void)execl(path, name, "-cp", "23", nullptr);
     } else {

@@ -4,11 +4,7 @@
 
 #include <cstdio>
 
-#include "core/buildinfo/BuildInfoRegistry.h"
-#include "core/output/StdioWritable.h"
 #include "core/text/TargetNumbers.h"
-#include "monitor/SignalHandlers.h"
-#include "monitor/StatusQuery.h"
 
 namespace Monitor {
 
@@ -29,11 +25,6 @@ void PrintUsage(const MonitorSettings& settings) {
             settings.monitor_process_name.c_str());
 }
 
-void PrintVersion() {
-    Quenda::StdioWritable out(stderr);
-    Quenda::BuildInfoRegistry::Instance().PrintDetails(&out);
-}
-
 // As lax as a scan with "%u" is, on purpose: "0" passes, a minus sign gives a large number, and
 // text after the number is ignored.
 bool ReadNumber(const char* what, const char* text, uint32_t& number) {
@@ -46,7 +37,7 @@ bool ReadNumber(const char* what, const char* text, uint32_t& number) {
 
 }  // namespace
 
-std::optional<int> ParseCommandLine(int argc, char** argv, MonitorSettings& settings) {
+Request ParseCommandLine(int argc, char** argv, MonitorSettings& settings) {
     int option = 0;
     while ((option = getopt(argc, argv, "n:h:X:t:S:L:idv")) != -1) {
         switch (option) {
@@ -58,12 +49,12 @@ std::optional<int> ParseCommandLine(int argc, char** argv, MonitorSettings& sett
                 break;
             case 'X':
                 if (!ReadNumber("maximum strike count", optarg, settings.max_strikes)) {
-                    return 1;
+                    return Request::kNothing;
                 }
                 break;
             case 't':
                 if (!ReadNumber("heartbeat timeout", optarg, settings.heartbeat_timeout_sec)) {
-                    return 1;
+                    return Request::kNothing;
                 }
                 break;
             case 'S':
@@ -73,21 +64,18 @@ std::optional<int> ParseCommandLine(int argc, char** argv, MonitorSettings& sett
                 settings.led_control_script = optarg;
                 break;
             case 'i':
-                InstallQuerySignalHandler();
-                QueryStatus();
-                return 0;
+                return Request::kQuery;
             case 'd':
                 settings.debug = true;
                 break;
             case 'v':
-                PrintVersion();
-                return 0;
+                return Request::kVersion;
             default:
                 PrintUsage(settings);
-                return 1;
+                return Request::kNothing;
         }
     }
-    return std::nullopt;
+    return Request::kSupervise;
 }
 
 }  // namespace Monitor

@@ -1,13 +1,18 @@
 #pragma once
 
-#include <optional>
-
 #include "monitor/MonitorSettings.h"
 
 namespace Monitor {
 
-// Reads the options into the settings, in the order given; -i and -v are carried out on the spot.
-// Returns the exit code when the process is to end now. Complaints go to standard error.
-std::optional<int> ParseCommandLine(int argc, char** argv, MonitorSettings& settings);
+// What the command line asks for.
+enum class Request {
+    kSupervise,
+    kQuery,    // -i
+    kVersion,  // -v
+    kNothing,  // it holds a mistake, which has been printed to standard error
+};
+
+// Reads the options into the settings, in the order given. What follows -i or -v is not read.
+Request ParseCommandLine(int argc, char** argv, MonitorSettings& settings);
 
 }  // namespace Monitor

@@ -53,12 +53,11 @@ void ReportState() {
     }
 }
 
-// `checks`: one more than the strikes before this check.
-void ReportStrikes(const Judgement& judgement, uint32_t checks) {
+void ReportStrikes(const Judgement& judgement) {
     // Wraps at 32 bits, as it does on the terminal.
-    const uint32_t seconds = settings.heartbeat_timeout_sec * checks;
+    const uint32_t seconds = settings.heartbeat_timeout_sec * judgement.silentPeriods;
     if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
-        LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", checks,
+        LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", supervision.strikes,
                    size_t{seconds});
     } else if (judgement.recovered) {
         // One period more than the strikes: the one in which Keldra came back counts, too.
@@ -73,7 +72,11 @@ void ReportStrikes(const Judgement& judgement, uint32_t checks) {
                "Maximum consecutive failure threshold exceeded. Rebooting the system to the backup "
                "partition.\n");
     (void)ArmWatchdog(kRebootBiteSeconds);
-    (void)SetLedsToError();
+    try {
+        (void)SetLedsToError();
+    } catch (const std::bad_alloc&) {
+        LogMessage(0, "Out of memory: the LEDs are left as they are\n");
+    }
     exit(0);
 }
 
@@ -105,12 +108,12 @@ bool CheckSshd() {
 
 bool Check(bool heartbeatRead) {
     (void)RefreshPid(settings.keldra_process_name, supervision.keldra_pid);
-    const uint32_t checks = supervision.strikes + 1;
     const Judgement judgement =
         Judge({heartbeatRead, heartbeatReader.InErrorState(), heartbeatReader.HeartbeatMissed()},
               settings.max_strikes, supervision);
+    supervision = judgement.supervision;
     ReportState();
-    ReportStrikes(judgement, checks);
+    ReportStrikes(judgement);
     if (judgement.reboot) {
         Reboot();
     }
@@ -127,11 +130,8 @@ bool CheckHealth(bool heartbeatRead) {
     try {
         return Check(heartbeatRead);
     } catch (const std::bad_alloc&) {
-        // Given up wherever it stood, perhaps before it re-armed the watchdog.
+        // The check stops where the allocation failed, possibly before it re-armed the watchdog.
         LogMessage(0, "Out of memory: this check is given up, the next one tries again\n");
-        if (supervision.strikes > settings.max_strikes) {
-            exit(0);  // the reboot is decided, and lacked memory for the LEDs alone
-        }
         return false;
     }
 }

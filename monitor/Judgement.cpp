@@ -10,6 +10,8 @@ struct EnumText {
     const char* text;
 };
 
+// Searched from the top. The rows are in the order of the terminal's own table; as no value occurs
+// twice, it changes nothing.
 constexpr EnumText kStateTexts[] = {
     {0, "Keldra_State_Unknown"},  {1, "Keldra_Not_Running"}, {3, "Keldra_Missed_Heartbeat"},
     {2, "Keldra_In_Error_State"}, {4, "Keldra_Up_And_Okay"}, {-1, nullptr},
@@ -56,21 +58,22 @@ const char* Text(OptionsType type) {
 }
 
 Judgement Judge(const HeartbeatFacts& heartbeat, uint32_t maxStrikes,
-                SupervisionState& supervision) {
+                SupervisionState supervision) {
+    const uint32_t silentPeriods = supervision.strikes + 1;
     supervision.keldra_state = Classify(supervision.keldra_pid, heartbeat);
     if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
         if (supervision.options_type == OptionsType::Normal_Options && supervision.strikes > 1) {
             supervision.options_type = OptionsType::Backup_Options;
         }
         ++supervision.strikes;
-        return {false, supervision.strikes > maxStrikes};
+        return {supervision, silentPeriods, false, supervision.strikes > maxStrikes};
     }
     const bool recovered = supervision.strikes != 0;
     if (recovered && supervision.options_type == OptionsType::Backup_Options) {
         supervision.options_type = OptionsType::Normal_Options;
     }
     supervision.strikes = 0;
-    return {recovered, false};
+    return {supervision, silentPeriods, recovered, false};
 }
 
 }  // namespace Monitor

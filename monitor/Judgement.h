@@ -1,5 +1,5 @@
-// The judgement of one health check: what Keldra's state is, and what follows from it. Pure: it
-// turns facts into a decision, and HealthCheck carries the decision out.
+// The judgement of one health check: Keldra's state, and what follows from it. Pure: facts go in, a
+// decision comes out, and HealthCheck carries it out.
 #pragma once
 
 #include <cstdint>
@@ -43,16 +43,18 @@ struct SupervisionState {
 };
 
 struct Judgement {
+    SupervisionState supervision;  // after this check
+    // Heartbeat periods without a sign of life, this check's included. Without strikes 1.
+    uint32_t silentPeriods;
     bool recovered;  // healthy again after at least one strike
     bool reboot;     // the strikes passed the maximum
 };
 
-// Judges Keldra, whose PID has been looked up, and keeps the result in `supervision`.
+// Judges Keldra, whose PID has been looked up.
 //
 // From the third strike on, Keldra gets the backup options file; the first recovery returns it to
-// the primary one. That holds too where the primary file was missing at start-up, and the
-// factory file is never left: both are meant so.
-Judgement Judge(const HeartbeatFacts& heartbeat, uint32_t maxStrikes,
-                SupervisionState& supervision);
+// the primary one, even if the primary file was missing at start-up. The factory file is never
+// left. Both are deliberate.
+Judgement Judge(const HeartbeatFacts& heartbeat, uint32_t maxStrikes, SupervisionState supervision);
 
 }  // namespace Monitor

@@ -9,6 +9,7 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <memory>
@@ -21,7 +22,8 @@ namespace Monitor {
 namespace {
 
 constexpr time_t kPauseSeconds = 1;
-constexpr size_t kLineSize = 128;  // the fields needed come first in the line
+constexpr size_t kLineSize = 128;  // name and parent come first in the line
+constexpr int kStartTimeField = 22;
 
 bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
@@ -38,6 +40,23 @@ void Pause() {
     }
 }
 
+// The stat line of a process, cut to `size` - 1 bytes.
+bool ReadStatLine(int32_t pid, char* line, size_t size) {
+    char path[32];  // room for any PID
+    (void)snprintf(path, sizeof(path), "/proc/%d/stat", pid);
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd == -1) {
+        return false;
+    }
+    const ssize_t length = read(fd, line, size);
+    (void)close(fd);  // nothing was written
+    if (length <= 0) {
+        return false;
+    }
+    line[std::min(static_cast<size_t>(length), size - 1)] = '\0';
+    return true;
+}
+
 bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
 }
@@ -45,20 +64,25 @@ bool SignalOne(int32_t pid, int signal) {
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
-    char path[32];  // room for any PID
-    (void)snprintf(path, sizeof(path), "/proc/%d/stat", pid);
-    const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd == -1) {
-        return false;
-    }
     char line[kLineSize];
-    const ssize_t length = read(fd, line, sizeof(line));
-    (void)close(fd);  // nothing was written
-    if (length <= 0) {
+    return ReadStatLine(pid, line, sizeof(line)) && ParseProcessStat(line, name, parentPid);
+}
+
+bool ReadStartTime(int32_t pid, uint64_t& ticks) {
+    char line[1024];  // room for all fields
+    if (!ReadStatLine(pid, line, sizeof(line))) {
         return false;
     }
-    line[std::min(static_cast<size_t>(length), kLineSize - 1)] = '\0';
-    return ParseProcessStat(line, name, parentPid);
+    // Fields are counted behind the name, which may hold blanks and parentheses.
+    const char* at = strrchr(line, ')');
+    for (int field = 2; field < kStartTimeField && at != nullptr; ++field) {
+        at = strchr(at + 1, ' ');
+    }
+    if (at == nullptr) {
+        return false;
+    }
+    ticks = strtoull(at, nullptr, 10);
+    return true;
 }
 
 bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid) {

@@ -16,6 +16,8 @@ constexpr size_t kProcessNameSize = 256;
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid);
 // The same from a stat line, of which the first 127 bytes are looked at.
 bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid);
+// When the process was started, in clock ticks since the boot. False when that cannot be read.
+bool ReadStartTime(int32_t pid, uint64_t& ticks);
 
 // All processes of that name, in the order of the directory. False when /proc cannot be opened,
 // and for null.

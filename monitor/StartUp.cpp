@@ -5,9 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <new>
-#include <optional>
+#include <utility>
 
 #include "core/buildinfo/BuildInfoRegistry.h"
 #include "core/event/EventLoop.h"
@@ -25,7 +26,9 @@
 #include "monitor/MonitorWatchdog.h"
 #include "monitor/ProcessLookup.h"
 #include "monitor/SignalHandlers.h"
+#include "monitor/StatusQuery.h"
 #include "shell/ShellBuildRecord.h"
+#include "shell/ShellRunner.h"
 #include "watchdog/WatchdogBuildRecord.h"
 
 namespace Monitor {
@@ -37,6 +40,9 @@ namespace {
 constexpr char kWorkingDirectory[] = "/var/run/quenda";
 constexpr int kDebugTraceLevel = 9;
 constexpr int kSyslogTraceLevel = 2;
+
+constexpr useconds_t kPollUs = 10000;
+constexpr int kPollsForYounger = 100;  // a second
 
 // Whatever is opened later must not become standard error: where the starter closed a standard
 // stream, /dev/null takes its place.
@@ -50,12 +56,25 @@ void OpenStandardStreams() {
     }
 }
 
+// A lock of the starter's would stay held, and a pipe open, for as long as the daemon runs. In
+// debugging mode they are kept: whoever starts it there may have opened them for its tools.
+void CloseStartersDescriptors() {
+    if (!settings.debug && close_range(STDERR_FILENO + 1, UINT_MAX, 0) == -1) {
+        Quenda::CloseInheritedDescriptors();  // a kernel before 5.9
+    }
+}
+
 void RegisterVersion() {
     Quenda::BuildInfoRegistry& registry = Quenda::BuildInfoRegistry::Instance();
     registry.SetApplicationName(settings.monitor_process_name.c_str());
     registry.AddRuntimeRecord(Quenda::WatchdogBuildRecord());
     registry.AddRuntimeRecord(Quenda::ShellBuildRecord());
     registry.AddRuntimeRecord(Quenda::CoreBuildRecord());
+}
+
+void PrintVersion() {
+    Quenda::StdioWritable out(stderr);
+    Quenda::BuildInfoRegistry::Instance().PrintDetails(&out);
 }
 
 void OpenLogs() {
@@ -70,14 +89,32 @@ void OpenLogs() {
     Quenda::OpenSyslog(settings.monitor_process_name.c_str());
 }
 
-// An unreadable process table refuses, too: a second monitor would do more harm than none.
+// Whether that process was started before this one. Within one tick the lower PID counts as the
+// earlier one. PIDs wrap, so that may be wrong, but both processes come to the same answer.
+bool IsOlder(int32_t other) {
+    const int32_t self = getpid();
+    uint64_t ownStart = 0;
+    uint64_t otherStart = 0;
+    return ReadStartTime(self, ownStart) && ReadStartTime(other, otherStart) &&
+           std::pair(otherStart, other) < std::pair(ownStart, self);
+}
+
+// Daemons that are started at the same moment see each other, and one of them must remain. So an
+// older process of the name refuses at once, and a younger one gets a second to end: if it is a
+// daemon that is just starting, it refuses because of this one. A younger process that stays
+// refuses, too: it may be a running daemon, since a shell that was there before it can become this
+// process by exec. So does an unreadable process table: a second monitor does more harm than none.
 bool IsOnlyInstance() {
-    if (FindOtherProcessId(settings.monitor_process_name.c_str()) == 0) {
-        return true;
+    const char* const name = settings.monitor_process_name.c_str();
+    int32_t other = 0;
+    for (int polls = 0; (other = FindOtherProcessId(name)) != 0; ++polls) {
+        if (other < 0 || IsOlder(other) || polls == kPollsForYounger) {
+            LogMessage(0, "Keldra Monitor refuses to start while another %s is running...\n", name);
+            return false;
+        }
+        usleep(kPollUs);
     }
-    LogMessage(0, "Keldra Monitor refuses to start while another %s is running...\n",
-               settings.monitor_process_name.c_str());
-    return false;
+    return true;
 }
 
 void Detach() {
@@ -150,12 +187,8 @@ bool ChooseOptionsFile() {
     return true;
 }
 
-int Run(int argc, char** argv) {
-    OpenStandardStreams();
-    RegisterVersion();
-    if (const std::optional<int> exitCode = ParseCommandLine(argc, argv, settings)) {
-        return *exitCode;
-    }
+int Supervise() {
+    CloseStartersDescriptors();
     PrepareSignals(!settings.debug);
     OpenLogs();
     if (!IsOnlyInstance()) {
@@ -182,6 +215,25 @@ int Run(int argc, char** argv) {
     loop.Run();
     LogMessage(0, "%s: BUG! Keldra Monitor returns?!\n", "int main(int, char**)");
     return 2;
+}
+
+int Run(int argc, char** argv) {
+    OpenStandardStreams();
+    RegisterVersion();
+    switch (ParseCommandLine(argc, argv, settings)) {
+        case Request::kNothing:
+            return 1;
+        case Request::kQuery:
+            InstallQuerySignalHandler();
+            QueryStatus();
+            return 0;
+        case Request::kVersion:
+            PrintVersion();
+            return 0;
+        case Request::kSupervise:
+            break;
+    }
+    return Supervise();
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ using namespace Monitor;
 namespace {
 
 struct CommandLineTest : testing::Test {
-    std::optional<int> Parse(std::vector<std::string> arguments) {
+    Request Parse(std::vector<std::string> arguments) {
         std::vector<char*> argv = {program_};
         for (std::string& argument : arguments) {
             argv.push_back(&argument[0]);
@@ -38,9 +39,9 @@ std::string MistakeIn(const char* what, const char* text) {
 }
 
 TEST_F(CommandLineTest, EveryOptionReachesItsSettingAndTheLastOneWins) {
-    EXPECT_FALSE(
-        Parse({"-d", "-n", "app", "-t", "5", "-h", "/h", "-X", "9", "-S", "/s", "-L", "/l", "-t7"})
-            .has_value());
+    EXPECT_EQ(
+        Parse({"-d", "-n", "app", "-t", "5", "-h", "/h", "-X", "9", "-S", "/s", "-L", "/l", "-t7"}),
+        Request::kSupervise);
     EXPECT_TRUE(settings_.debug);
     EXPECT_EQ(settings_.keldra_process_name, "app");
     EXPECT_EQ(settings_.heartbeat_timeout_sec, 7U);
@@ -63,28 +64,29 @@ TEST_F(CommandLineTest, NumbersAreScannedAsTheTerminalScansThem) {
     };
     for (const auto& [text, value] : cases) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(Parse({"-X", text}), value ? std::nullopt : std::optional<int>(1));
+        const Request request = value ? Request::kSupervise : Request::kNothing;
+        EXPECT_EQ(Parse({"-X", text}), request);
         EXPECT_EQ(standardError_, value ? "" : MistakeIn("maximum strike count", text));
         EXPECT_EQ(settings_.max_strikes, value.value_or(3));
-        EXPECT_EQ(Parse({"-t", text}), value ? std::nullopt : std::optional<int>(1));
+        EXPECT_EQ(Parse({"-t", text}), request);
         EXPECT_EQ(standardError_, value ? "" : MistakeIn("heartbeat timeout", text));
         EXPECT_EQ(settings_.heartbeat_timeout_sec, value.value_or(60));
     }
 }
 
 TEST_F(CommandLineTest, MistakesAreDiagnosedInFrontOfTheUsage) {
-    EXPECT_EQ(Parse({"-z"}), 1);
+    EXPECT_EQ(Parse({"-z"}), Request::kNothing);
     EXPECT_EQ(standardError_.find("keldra_monitor: invalid option -- 'z'\nusage: keldra_monitor\n"),
               0U);
-    EXPECT_EQ(Parse({"-n"}), 1);
+    EXPECT_EQ(Parse({"-n"}), Request::kNothing);
     EXPECT_EQ(standardError_.find("keldra_monitor: option requires an argument -- 'n'\nusage: "),
               0U);
 }
 
-TEST_F(CommandLineTest, VersionActsAtOnceInOptionOrder) {
-    EXPECT_EQ(Parse({"-v", "-X", "abc"}), 0);
-    EXPECT_EQ(standardError_.find("Invalid"), std::string::npos);
-    EXPECT_EQ(Parse({"-X", "abc", "-v"}), 1);
+TEST_F(CommandLineTest, FirstOfVersionQueryAndMistakeDecides) {
+    EXPECT_EQ(Parse({"-d", "-v", "-X", "abc"}), Request::kVersion);
+    EXPECT_EQ(Parse({"-i", "-v"}), Request::kQuery);
+    EXPECT_EQ(Parse({"-X", "abc", "-v"}), Request::kNothing);
 }
 
 }  // namespace

@@ -25,8 +25,7 @@ TEST(JudgementTest, StateComesFromTheFirstFactThatDecides) {
     for (const auto& [pid, heartbeat, text] : cases) {
         SupervisionState state{};
         state.keldra_pid = pid;
-        (void)Judge(heartbeat, kMost, state);
-        EXPECT_STREQ(Text(state.keldra_state), text);
+        EXPECT_STREQ(Text(Judge(heartbeat, kMost, state).supervision.keldra_state), text);
     }
     EXPECT_STREQ(Text(static_cast<KeldraState>(5)), "");
     EXPECT_STREQ(Text(static_cast<KeldraState>(-1)), "");
@@ -68,8 +67,9 @@ TEST(JudgementTest, StrikesOptionsRecoveryAndReboot) {
         state.strikes = c.strikesBefore;
         state.keldra_pid = c.pid;
         const Judgement judgement = Judge({true, false, false}, c.maxStrikes, state);
-        EXPECT_STREQ(Text(state.options_type), Text(c.options));
-        EXPECT_EQ(state.strikes, c.strikes);
+        EXPECT_STREQ(Text(judgement.supervision.options_type), Text(c.options));
+        EXPECT_EQ(judgement.supervision.strikes, c.strikes);
+        EXPECT_EQ(judgement.silentPeriods, c.strikesBefore + 1);
         EXPECT_EQ(judgement.recovered, c.recovered);
         EXPECT_EQ(judgement.reboot, c.reboot);
     }

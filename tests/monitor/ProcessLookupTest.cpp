@@ -55,8 +55,17 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
     }
 }
 
+uint64_t TicksSinceBoot() {
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    const auto ticks = static_cast<uint64_t>(sysconf(_SC_CLK_TCK));
+    return static_cast<uint64_t>(now.tv_sec) * ticks +
+           static_cast<uint64_t>(now.tv_nsec) * ticks / 1000000000;
+}
+
 TEST(ProcessLookupTest, ReadsRealProcessesWithHostileNames) {
     const auto before = OpenDescriptors();
+    uint64_t earliest = TicksSinceBoot();
     for (const char* prefix : {"kt", "k t", "k(t", "k\nt", "k\xe9t", "15_bytes"}) {
         const std::string given = OwnName(prefix);
         const NamedProcess process(given);
@@ -68,6 +77,15 @@ TEST(ProcessLookupTest, ReadsRealProcessesWithHostileNames) {
         EXPECT_EQ(FindProcessId(given.c_str()), process.Pid());
         EXPECT_FALSE(IsProcessRunning("another", process.Pid()));  // a PID that was reused
     }
+    // The time of the start comes behind names of any kind.
+    for (const char* prefix : {"k) S 1", ""}) {
+        const NamedProcess process(OwnName(prefix));
+        uint64_t started = 0;
+        ASSERT_TRUE(ReadStartTime(process.Pid(), started));
+        EXPECT_GE(started, earliest);
+        earliest = started;
+    }
+    EXPECT_LE(earliest, TicksSinceBoot());
     EXPECT_EQ(OpenDescriptors(), before);
 }
 

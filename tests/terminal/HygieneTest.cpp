@@ -10,25 +10,33 @@ constexpr uint64_t Bit(int signal) {
     return uint64_t{1} << (signal - 1);
 }
 
-constexpr uint64_t kDaemonsSignals =
-    Bit(SIGINT) | Bit(SIGQUIT) | Bit(SIGUSR1) | Bit(SIGTERM) | Bit(SIGTSTP);
+constexpr uint64_t kDaemonsSignals = Bit(SIGINT) | Bit(SIGQUIT) | Bit(SIGUSR1) | Bit(SIGTERM) |
+                                     Bit(SIGTSTP) | Bit(SIGHUP) | Bit(SIGXFSZ);
 
 }  // namespace
 
 struct EndToEndHygieneTest : EndToEnd {
     static std::string Proc(pid_t pid) { return "/proc/" + std::to_string(pid); }
-    // Which of the daemon's signals the process has in this line of its status.
+    // The signals that the process has in this line of its status.
     uint64_t Signals(pid_t pid, const std::string& line) {
         const std::string status = ReadFile(terminal_->Path(Proc(pid) + "/status"));
-        return std::stoull(status.substr(status.find(line) + line.size()), nullptr, 16) &
-               kDaemonsSignals;
+        return std::stoull(status.substr(status.find(line) + line.size()), nullptr, 16);
     }
 };
 
 TEST_F(EndToEndHygieneTest, WhatTheDaemonStartsHasNothingOfItAndIsNotItsChild) {
-    StartHealthy();
+    PowerOn();
+    // A careless starter: every signal is blocked, and descriptors are left open.
+    const CommandResult start = RunMonitorInShell(
+        "exec bash -c 'ulimit -n 4096; exec 9>/tmp/held 2000>&9; exec env --block-signal \"$@\"' "
+        "sh \"$@\"",
+        {"-t", "1"});
+    ASSERT_EQ(start.status, 0) << start.output;
+    ExpectLog("Keldra started responding again after");
     const pid_t daemon = Only("keldra_monitor");
-    EXPECT_EQ(Signals(daemon, "SigCgt:"), kDaemonsSignals);
+    const std::string open = terminal_->Run({"/bin/ls", "-l", Proc(daemon) + "/fd"}).output;
+    EXPECT_EQ(open.find("/tmp/held"), std::string::npos) << open;
+    EXPECT_EQ(Signals(daemon, "SigCgt:") & kDaemonsSignals, kDaemonsSignals);
     for (const std::string name : {"keldra", "sshd"}) {
         SCOPED_TRACE(name);
         const pid_t pid = Only(name);
@@ -36,7 +44,8 @@ TEST_F(EndToEndHygieneTest, WhatTheDaemonStartsHasNothingOfItAndIsNotItsChild) {
         // The stand-in Keldra blocks SIGQUIT of its own accord, to wait for it.
         const uint64_t own = name == "keldra" ? Bit(SIGQUIT) : 0;
         EXPECT_EQ(Signals(pid, "SigBlk:") & ~own, 0U);
-        EXPECT_EQ(Signals(pid, "SigIgn:") | Signals(pid, "SigCgt:"), 0U);
+        const uint64_t handled = Signals(pid, "SigIgn:") | Signals(pid, "SigCgt:");
+        EXPECT_EQ(handled & kDaemonsSignals, 0U);
     }
     // The daemon has no child left: what it started was adopted by the first process.
     for (const Process& process : terminal_->Processes()) {

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <syslog.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "tests/terminal/EndToEnd.h"
@@ -22,6 +23,15 @@ TEST_F(EndToEndStartUpTest, OneDaemonRunsDetachedAndASecondIsRefused) {
         if (event.source == Source::kLog) {
             EXPECT_EQ(event.priority, LOG_DAEMON | LOG_NOTICE) << event.text;
         }
+    }
+}
+
+TEST_F(EndToEndStartUpTest, OfTwoStartedAtTheSameMomentOneRemains) {
+    PowerOn();
+    for (int i = 0; i < 5 && !HasFailure(); ++i) {
+        (void)RunMonitorInShell("\"$@\" & \"$@\" & wait", {"-t", "1"});
+        ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGKILL));
+        EXPECT_TRUE(Becomes([&] { return terminal_->Processes("keldra_monitor").empty(); }));
     }
 }
 
