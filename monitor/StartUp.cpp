@@ -17,7 +17,6 @@
 #include "core/log/TraceList.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StdioWritable.h"
-#include "core/output/SysloggerWritable.h"
 #include "monitor/ChildControl.h"
 #include "monitor/CommandLine.h"
 #include "monitor/DebugLog.h"

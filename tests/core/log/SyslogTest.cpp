@@ -1,13 +1,20 @@
 #include "core/log/Syslog.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
+#include <sys/wait.h>
+#include <syslog.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
+#include <ctime>
 #include <fstream>
 #include <utility>
 
@@ -40,12 +47,51 @@ bool MakeOwnDev() {
            mount("none", "/dev", "tmpfs", 0, nullptr) == 0;
 }
 
-int BindSyslogSocket() {
-    (void)unlink("/dev/log");
-    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
-    const sockaddr_un address = {AF_UNIX, "/dev/log"};
-    return bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == -1 ? -1 : fd;
+const sockaddr_un kAddress = {AF_UNIX, "/dev/log"};
+
+int Bind(int type) {
+    (void)unlink(kAddress.sun_path);
+    const int fd = socket(AF_UNIX, type, 0);
+    return bind(fd, reinterpret_cast<const sockaddr*>(&kAddress), sizeof(kAddress)) == 0 ? fd : -1;
 }
+
+// With the lines of other programs, which are empty.
+void FillQueue() {
+    for (ssize_t sent = 0; sent != -1;) {
+        const int fd = socket(AF_UNIX, SOCK_DGRAM, 0);
+        sent = sendto(fd, "", 1, MSG_DONTWAIT, reinterpret_cast<const sockaddr*>(&kAddress),
+                      sizeof(kAddress));
+        close(fd);
+    }
+}
+
+bool roomIsTaken = false;
+
+std::string Received(int fd) {
+    char record[1024];
+    const ssize_t size = recv(fd, record, sizeof(record), MSG_DONTWAIT);
+    return std::string(record, static_cast<size_t>(std::max<ssize_t>(size, 0)));
+}
+
+// How the log tells of lost lines.
+std::string Notice(long count) {
+    return "<29>keldra: " + std::to_string(count) +
+           " lines were lost: the system logger did not take them\n|";
+}
+
+}  // namespace
+
+// Takes the place of the system's in this program.
+extern "C" int poll(pollfd* fds, nfds_t count, int waitMs) {
+    if (roomIsTaken) {
+        FillQueue();
+        return 1;
+    }
+    const timespec wait = {waitMs / 1000, waitMs % 1000 * 1'000'000};
+    return ppoll(fds, count, &wait, nullptr);
+}
+
+namespace {
 
 struct SyslogTest : testing::Test {
     void SetUp() override {
@@ -53,25 +99,33 @@ struct SyslogTest : testing::Test {
         if (!permitted) {
             GTEST_SKIP() << "mount namespaces are not permitted here";
         }
-        fd_ = BindSyslogSocket();
-        ASSERT_NE(fd_, -1);
+        logger_ = Bind(SOCK_DGRAM);
+        ASSERT_NE(logger_, -1);
+        OpenSyslog("keldra");
+        LogMessage(0, "goes through at once\n");
+        (void)Records();
     }
-    void TearDown() override { close(fd_); }
-    // The records received, without their time stamps, a "|" after each.
+    void TearDown() override {
+        CloseSyslog();
+        close(logger_);
+    }
+    // The records received, without foreign ones and without their time stamps, a "|" after each.
     std::string Records() const {
         std::string records;
-        char record[1024];
-        for (ssize_t n = 0; (n = recv(fd_, record, sizeof(record), 0)) >= 0;) {
-            const std::string text(record, static_cast<size_t>(n));
-            records += text.substr(0, text.find('>') + 1) + text.substr(text.find('>') + 17) + "|";
+        for (std::string text; !(text = Received(logger_)).empty();) {
+            if (text.size() > 1) {
+                records +=
+                    text.substr(0, text.find('>') + 1) + text.substr(text.find('>') + 17) + "|";
+            }
         }
         return records;
     }
-    int fd_ = -1;
+    int logger_ = -1;
+    Capture quiet_{STDERR_FILENO};
 };
 
 TEST_F(SyslogTest, GetsLevelZeroAndErrorsOnceEachWhileItIsOpen) {
-    Capture capture(STDERR_FILENO);
+    CloseSyslog();
     LogError("before %d\n", 1);
     OpenSyslog("first");
     OpenSyslog("keldra");
@@ -82,42 +136,112 @@ TEST_F(SyslogTest, GetsLevelZeroAndErrorsOnceEachWhileItIsOpen) {
     CloseSyslog();
     CloseSyslog();
     LogMessage(0, "after\n");
-    EXPECT_EQ(capture.Stop(), "before 1\nnotice a\ndetail b\nerror d\nafter\n");
-    EXPECT_EQ(Records(), "<29>keldra: notice a\n|<27>keldra: error d\n|<27>keldra: abc|");
+    SyslogSink().Puts("by name");
+    EXPECT_EQ(quiet_.Stop(),
+              "goes through at once\nbefore 1\nnotice a\ndetail b\nerror d\nafter\n");
+    EXPECT_EQ(Records(),
+              "<29>keldra: notice a\n|<27>keldra: error d\n|<27>keldra: abc|"
+              "<27>log_tests: by name|");
+}
+
+TEST_F(SyslogTest, LinesAreThoseOfSyslog) {
+    for (const std::string& text : {std::string("short\n"), std::string(2000, 'x')}) {
+        time_t second = 0;
+        std::string ours, theirs;
+        do {
+            second = time(nullptr);
+            LogMessage(0, "%s", text.c_str());
+            ours = Received(logger_);
+            syslog(LOG_DAEMON | LOG_NOTICE, "%s", text.c_str());
+            theirs = Received(logger_);
+        } while (time(nullptr) != second);
+        EXPECT_EQ(ours, theirs);
+    }
 }
 
 TEST_F(SyslogTest, LinesAreLostAndCountedWhileNobodyReadsThem) {
-    const long queue = std::stol(ReadFile("/proc/sys/net/unix/max_dgram_qlen"));
-    const long lines = queue + 40;
-    Capture quiet(STDERR_FILENO);
-    OpenSyslog("keldra");
+    const long lines = std::stol(ReadFile("/proc/sys/net/unix/max_dgram_qlen")) + 40;
     for (int i = 0; i < lines; ++i) {
         LogMessage(0, "queued\n");
     }
     const std::string queued = Records();
     const long lost = lines - std::count(queued.begin(), queued.end(), '|');
     EXPECT_GT(lost, 0);
-    const auto notice = [](long count) {
-        return "<29>keldra: " + std::to_string(count) +
-               " lines were lost: the system logger did not take them\n|";
-    };
     LogError("next\n");
     LogError("last\n");
-    EXPECT_EQ(Records(), notice(lost) + "<27>keldra: next\n|<27>keldra: last\n|");
+    EXPECT_EQ(Records(), Notice(lost) + "<27>keldra: next\n|<27>keldra: last\n|");
+    unlink(kAddress.sun_path);
+    LogError("to nobody\n");
+    EXPECT_EQ(Records(), "");
+}
 
-    close(fd_);
+TEST_F(SyslogTest, HungLoggerIsNotWaitedForWhenItIsGoneOrReplaced) {
+    FillQueue();
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none = {0, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    LogMessage(0, "without a socket\n");
+    setrlimit(RLIMIT_NOFILE, &limit);
+    unlink(kAddress.sun_path);
     LogMessage(0, "to nobody\n");
-    fd_ = BindSyslogSocket();
-    LogMessage(0, "to the next one\n");
-    EXPECT_EQ(Records(), notice(1) + "<29>keldra: to the next one\n|");
+    const int hung = std::exchange(logger_, Bind(SOCK_DGRAM));
+    LogMessage(0, "to its successor\n");
+    EXPECT_EQ(Records(), Notice(2) + "<29>keldra: to its successor\n|");
 
-    const int replaced = std::exchange(fd_, BindSyslogSocket());  // hangs and does not end
-    for (int i = 0; i < lines; ++i) {
-        LogMessage(0, "to the one after\n");
-        EXPECT_NE(Records(), "");
+    FillQueue();
+    const int stream = Bind(SOCK_STREAM);
+    listen(stream, 5);
+    LogMessage(0, "to a stream\n");
+    const int connection = accept(stream, nullptr, nullptr);
+    EXPECT_NE(Received(connection).find(" keldra: to a stream\n"), std::string::npos);
+    for (const int fd : {hung, stream, connection}) {
+        close(fd);
     }
-    close(replaced);
-    CloseSyslog();
+}
+
+TEST_F(SyslogTest, SlowLoggerIsWaitedForOnceInAll) {
+    FillQueue();
+    const pid_t slow = fork();
+    while (slow == 0) {
+        usleep(300'000);
+        (void)Received(logger_);
+    }
+    for (int i = 0; i < 20; ++i) {
+        LogMessage(0, "waits\n");
+    }
+    kill(slow, SIGKILL);
+    waitpid(slow, nullptr, 0);
+    (void)Records();
+    LogMessage(0, "next\n");
+    EXPECT_NE(Records(), "<29>keldra: next\n|");  // some were lost
+}
+
+TEST_F(SyslogTest, RoomThatAnotherProgramTakesFirstCostsTheLine) {
+    roomIsTaken = true;
+    FillQueue();
+    LogMessage(0, "late\n");
+    roomIsTaken = false;
+    EXPECT_EQ(Records(), "");
+    LogMessage(0, "next\n");
+    EXPECT_EQ(Records(), Notice(1) + "<29>keldra: next\n|");
+}
+
+TEST_F(SyslogTest, PatienceComesBackAndOutlastsASignal) {
+    static int logger = logger_;
+    struct sigaction reads = {};
+    reads.sa_handler = [](int) { (void)Received(logger); };
+    sigaction(SIGALRM, &reads, nullptr);
+    FillQueue();
+    LogMessage(0, "waits in vain\n");
+    (void)Records();
+    LogMessage(0, "goes through at once\n");
+    (void)Records();
+    FillQueue();
+    const itimerval soon = {{0, 0}, {0, 50'000}};
+    setitimer(ITIMER_REAL, &soon, nullptr);
+    LogMessage(0, "patient\n");
+    EXPECT_EQ(Records(), "<29>keldra: patient\n|");
 }
 
 }  // namespace

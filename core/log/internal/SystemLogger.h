@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Quenda {
+
+// Sends one line to the system logger at /dev/log, byte for byte as syslog(3) does, and counts the
+// lines that did not arrive; core/log/Syslog.h tells when. `ident` is the program's name when it is
+// null. The priority includes the facility. Does not throw, and leaves errno as it was.
+void SendToSystemLogger(const char* ident, int priority, const char* text, size_t length);
+
+}  // namespace Quenda
