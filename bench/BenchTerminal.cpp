@@ -16,9 +16,9 @@ fs::path OwnDirectory() {
     return fs::read_symlink("/proc/self/exe").parent_path();
 }
 
-Simulator::TerminalOptions Describe(const std::string& library) {
+Terminals::Simulated::TerminalOptions Describe(const std::string& library) {
     const fs::path build = OwnDirectory().parent_path();
-    Simulator::TerminalOptions options;
+    Terminals::Simulated::TerminalOptions options;
     options.monitorProgram = build / "monitor" / "keldra_monitor";
     options.standInDirectory = build / "terminal" / "standins";
     options.redirectLibrary = OwnDirectory() / library;
@@ -48,7 +48,7 @@ BenchTerminal::BenchTerminal(const std::string& library) : terminal_(Describe(li
 }
 
 pid_t BenchTerminal::StartDaemon(const std::vector<std::string>& arguments) {
-    const Simulator::CommandResult result = terminal_.StartMonitor(arguments);
+    const Terminals::CommandResult result = terminal_.StartMonitor(arguments);
     if (result.status != 0) {
         Fail("the daemon does not start: " + result.output);
     }
@@ -59,7 +59,7 @@ pid_t BenchTerminal::Start(const std::string& program, const std::vector<std::st
     std::error_code error;
     const std::string inside = "/tmp/" + program;
     fs::copy_file(OwnDirectory() / program, terminal_.Path(inside), error);
-    std::string line = std::string("LD_PRELOAD=") + Simulator::kRedirectLibrary + " " + inside;
+    std::string line = std::string("LD_PRELOAD=") + Terminals::kRedirectLibrary + " " + inside;
     for (const std::string& argument : arguments) {
         line += " " + argument;
     }

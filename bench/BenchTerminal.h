@@ -17,7 +17,7 @@ public:
     // `library`: its file name.
     explicit BenchTerminal(const std::string& library);
 
-    Simulator::SimulatedTerminal& Terminal() { return terminal_; }
+    Terminals::Simulated::SimulatedTerminal& Terminal() { return terminal_; }
 
     // Starts the daemon and returns its PID.
     pid_t StartDaemon(const std::vector<std::string>& arguments);
@@ -30,7 +30,7 @@ public:
     void Wait(double seconds);
 
 private:
-    Simulator::SimulatedTerminal terminal_;
+    Terminals::Simulated::SimulatedTerminal terminal_;
 };
 
 [[noreturn]] void Fail(const std::string& reason);

@@ -27,7 +27,7 @@ Holdings LookAt(BenchTerminal& bench, pid_t daemon) {
     holdings.memoryKb = NumberAfter(bench.ReadProc(daemon, "smaps_rollup"), "\nAnonymous:");
     const std::string fds = bench.Terminal().Path("/proc/" + std::to_string(daemon) + "/fd");
     holdings.descriptors = std::distance(std::filesystem::directory_iterator(fds), {});
-    for (const Simulator::Process& process : bench.Terminal().Processes()) {
+    for (const Terminals::Simulated::Process& process : bench.Terminal().Processes()) {
         holdings.zombies += process.parent == daemon && process.state == 'Z' ? 1 : 0;
     }
     return holdings;
@@ -48,8 +48,8 @@ void AwaitStop(BenchTerminal& bench, pid_t daemon) {
 long Starts(BenchTerminal& bench) {
     (void)bench.Terminal().Pump(0);
     const auto& events = bench.Terminal().Events();
-    return std::count_if(events.begin(), events.end(), [](const Simulator::Event& event) {
-        return event.source == Simulator::Source::kKeldra && event.text.rfind("is up", 0) == 0;
+    return std::count_if(events.begin(), events.end(), [](const Terminals::Event& event) {
+        return event.source == Terminals::Source::kKeldra && event.text.rfind("is up", 0) == 0;
     });
 }
 

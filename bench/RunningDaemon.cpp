@@ -15,7 +15,7 @@ namespace Bench {
 
 namespace {
 
-using Simulator::Source;
+using Terminals::Source;
 
 constexpr double kCpuBar = 1.25;     // times the C program
 constexpr double kWakeUpsBar = 1.5;  // for each check
@@ -73,7 +73,7 @@ void StartSideBySide(Start& start) {
         (void)usleep(5000);
     }
     bench.Wait(kHalfPeriod);
-    start.floor = bench.Start("floor_check", {Simulator::kHeartbeatFile, StatFile(bench, "keldra"),
+    start.floor = bench.Start("floor_check", {Terminals::kHeartbeatFile, StatFile(bench, "keldra"),
                                               StatFile(bench, "sshd")});
     bench.Wait(2);
 }

@@ -8,20 +8,14 @@
 #include <memory>
 #include <string>
 
+#include "demo/LifeOfATerminal.h"
 #include "terminal/TerminalLayout.h"
 
-namespace Board {
+namespace Demo {
 namespace {
 
-using Simulator::Scene;
-using Simulator::Source;
-using Simulator::Step;
-using Simulator::Terminal;
-
 constexpr double kBiteSeconds = 300;
-constexpr char kArmed[] = "armed with 300 s";
-const std::string kMonitor = Simulator::kMonitorProgram;
-const Step kRecovered = {Source::kLog, "Keldra started responding again", Step::Tells::kRecovered};
+const std::string kMonitor = Terminals::kMonitorProgram;
 
 // Runs a script on the board. Returns what is wrong, unless it ends with the status, and with the
 // answer somewhere in its output.
@@ -98,7 +92,7 @@ Scene InitScript(unsigned period) {
 
 // Keldra's launcher waits until the script has sent all signals.
 Scene SignalStorm() {
-    const std::string waits = Simulator::kKeldraWaits;
+    const std::string waits = Terminals::kKeldraWaits;
     const std::string script =
         "monitor=$(pidof keldra_monitor) old=$(pidof keldra)\n"
         "echo >" +
@@ -113,33 +107,18 @@ Scene SignalStorm() {
             "200 SIGUSR1 beside a slow launcher",
             "lives, one Keldra",
             Script(script),
-            {{Source::kLog, "Keldra is not running!"}, {Source::kKeldra, "is up"}, kRecovered},
+            {{Source::kLog, "Keldra is not running!"}, {Source::kKeldra, "is up"}, Recovered()},
             Script("set -- $(pidof keldra) && [ $# -eq 1 ]")};
 }
 
-// A workstation that stood still for a heartbeat gets another chance.
-std::string NoStrikeWhenTheClockJumps(Terminal* board, double patience) {
-    const std::string jump = "date -s '2000-01-01 00:00:00' && date -s '2040-01-01 00:00:00'";
-    std::string problem;
-    for (int chance = 0; chance < 3; ++chance) {
-        const size_t from = board->Events().size();
-        board->Note("the clock is set to 2040");
-        problem = Obey(board, jump, "2040");
-        board->Mark();
-        if (!problem.empty() || !board->Await(Source::kWatchdog, kArmed, patience) ||
-            !board->Await(Source::kWatchdog, kArmed, patience)) {
-            return problem.empty() ? std::string("missing: ") + kArmed : problem;
-        }
-        if (!Simulator::StrikeSince(*board, from)) {
-            return "";
-        }
-    }
-    return "a strike, though Keldra is well";
-}
-
 Scene LaterYears(double patience) {
-    const auto play = [patience](Terminal* board) {
-        std::string problem = NoStrikeWhenTheClockJumps(board, patience);
+    const auto jump = [](Terminal* board) {
+        board->Note("the clock is set to 2040");
+        return Obey(board, "date -s '2000-01-01 00:00:00' && date -s '2040-01-01 00:00:00'",
+                    "2040");
+    };
+    const auto play = [=](Terminal* board) {
+        std::string problem = AwaitNoStrike(board, patience, jump);
         for (int query = 0; query < 2 && problem.empty(); ++query) {
             problem = Obey(board, kMonitor + " -i", "Keldra_Up_And_Okay");
         }
@@ -177,7 +156,7 @@ Scene StoppedDaemon() {
             },
             {{Source::kWatchdog, "BITES", Step::Tells::kDetected},
              {Source::kSimulator, "backup partition"},
-             kRecovered},
+             Recovered()},
             nullptr};
 }
 
@@ -194,4 +173,4 @@ std::vector<Scene> BoardScenes(unsigned divisor, unsigned period, double patienc
             StoppedDaemon()};
 }
 
-}  // namespace Board
+}  // namespace Demo

@@ -8,6 +8,7 @@
 
 #include "demo/BoardScenes.h"
 #include "demo/Interactive.h"
+#include "demo/LifeOfATerminal.h"
 #include "demo/ResultTable.h"
 #include "terminal/board/BoardTerminal.h"
 #include "terminal/simulated/SimulatedTerminal.h"
@@ -16,7 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using namespace Simulator;
+using namespace Demo;
+using namespace Terminals;
 
 // What the user asked for, checked by scripts/demo.
 struct Arguments {
@@ -57,11 +59,11 @@ std::unique_ptr<Terminal> Build(const Arguments& arguments) {
         const fs::path board = here.parent_path().parent_path() / "board";
         return std::make_unique<Board::BoardTerminal>(board, arguments.Divisor());
     }
-    TerminalOptions options;
+    Simulated::TerminalOptions options;
     options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
     options.standInDirectory = here.parent_path() / "terminal" / "standins";
     options.keldraProgram = arguments.keldra;
-    return std::make_unique<SimulatedTerminal>(options);
+    return std::make_unique<Simulated::SimulatedTerminal>(options);
 }
 
 int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
@@ -69,7 +71,7 @@ int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& pri
     const double patience = 45 + 4.0 * arguments.heartbeat + 300.0 / arguments.Divisor();
     auto scenes = LifeOfATerminal(patience);
     if (arguments.target) {
-        const auto more = Board::BoardScenes(arguments.Divisor(), arguments.heartbeat, patience);
+        const auto more = BoardScenes(arguments.Divisor(), arguments.heartbeat, patience);
         scenes.insert(scenes.end() - 1, more.begin(), more.end());
     }
     Story story(terminal, &printer, patience);

@@ -11,8 +11,10 @@
 
 #include "terminal/Faults.h"
 
-namespace Simulator {
+namespace Demo {
 namespace {
+
+using namespace Terminals;
 
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -143,4 +145,4 @@ void RunInteractive(Terminal* terminal, const Printer& printer) {
     }
 }
 
-}  // namespace Simulator
+}  // namespace Demo

@@ -1,16 +1,17 @@
+#include "demo/LifeOfATerminal.h"
+
 #include <algorithm>
 
-#include "demo/Story.h"
 #include "terminal/Faults.h"
 #include "terminal/TerminalLayout.h"
 
-namespace Simulator {
+namespace Demo {
 namespace {
+
+using namespace Terminals;
 
 constexpr char kStart[] = "/usr/sbin/keldra -cp 23";
 constexpr char kSshdStart[] = "Starting the SSH daemon because it was not detected";
-constexpr char kArmed[] = "armed with 300 s";
-const Step kRecovered = {Source::kLog, "Keldra started responding again", Step::Tells::kRecovered};
 
 Step Detected(const std::string& text) {
     return {Source::kLog, text, Step::Tells::kDetected};
@@ -32,23 +33,6 @@ Scene::Action Crash(std::string (*change)(Terminal*)) {
     };
 }
 
-// A machine that stood still for a heartbeat gets another chance.
-std::string NoStrike(Terminal* terminal, double patience) {
-    for (int chance = 0; chance < 3; ++chance) {
-        const size_t from = terminal->Events().size();
-        for (int check = 0; check < 2; ++check) {
-            if (!terminal->Await(Source::kWatchdog, kArmed, patience)) {
-                return std::string("missing: ") + kArmed;
-            }
-        }
-        if (!StrikeSince(*terminal, from)) {
-            terminal->Note("the watchdog was re-armed twice, and there was no strike");
-            return "";
-        }
-    }
-    return "a strike, though Keldra is well";
-}
-
 // The backup file's name begins with the primary file's.
 std::string StartedWithPrimaryOptions(Terminal* terminal) {
     const auto& events = terminal->Events();
@@ -66,16 +50,42 @@ std::string ReportSaysOkay(Terminal* terminal) {
     return okay ? "" : "no healthy state in the answer";
 }
 
-}  // namespace
-
+// Whether there was a strike among the events from that one on.
 bool StrikeSince(const Terminal& terminal, size_t event) {
     const auto& events = terminal.Events();
     return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(event), events.end(),
                        [](const Event& e) { return e.text.find("Strike ") == 0; });
 }
 
+}  // namespace
+
+Step Recovered() {
+    return {Source::kLog, "Keldra started responding again", Step::Tells::kRecovered};
+}
+
+std::string AwaitNoStrike(Terminal* terminal, double patience, const Scene::Action& disturb) {
+    for (int chance = 0; chance < 3; ++chance) {
+        const size_t from = terminal->Events().size();
+        const std::string obstacle = disturb ? disturb(terminal) : "";
+        if (!obstacle.empty()) {
+            return obstacle;
+        }
+        terminal->Mark();
+        for (int check = 0; check < 2; ++check) {
+            if (!terminal->Await(Source::kWatchdog, kArmed, patience)) {
+                return std::string("missing: ") + kArmed;
+            }
+        }
+        if (!StrikeSince(*terminal, from)) {
+            terminal->Note("the watchdog was re-armed twice, and there was no strike");
+            return "";
+        }
+    }
+    return "a strike, though Keldra is well";
+}
+
 std::vector<Scene> LifeOfATerminal(double patience) {
-    const std::vector<Step> restart = {Log("Strike 1!"), Log(kStart), kRecovered};
+    const std::vector<Step> restart = {Log("Strike 1!"), Log(kStart), Recovered()};
     const auto restartAfter = [&](const std::string& sign) {
         std::vector<Step> steps = {Detected(sign)};
         steps.insert(steps.end(), restart.begin(), restart.end());
@@ -86,13 +96,13 @@ std::vector<Scene> LifeOfATerminal(double patience) {
          "Keldra and sshd are started",
          "both started",
          nullptr,
-         {Detected("Keldra is not running!"), Log(kStart), Log(kSshdStart), kRecovered}},
+         {Detected("Keldra is not running!"), Log(kStart), Log(kSshdStart), Recovered()}},
         {"healthy",
          "watchdog re-armed, no strike",
          "no strike",
          nullptr,
          {},
-         [=](Terminal* terminal) { return NoStrike(terminal, patience); }},
+         [=](Terminal* terminal) { return AwaitNoStrike(terminal, patience); }},
         {"Keldra hangs", "missed heartbeat, SIGQUIT, restart", "strike 1, restarted", Fault("hang"),
          restartAfter("Keldra missed a heartbeat")},
         {"error state", "count 0 noticed, SIGQUIT, restart", "strike 1, restarted", Fault("error"),
@@ -109,7 +119,7 @@ std::vector<Scene> LifeOfATerminal(double patience) {
          "backup options",
          Crash(DamagePrimaryOptions),
          {Detected("Strike 1!"), Log("Strike 2!"), Log(std::string("-cfg ") + kPrimaryOptions),
-          Log("Strike 3!"), Log(std::string("-cfg ") + kBackupOptions), kRecovered},
+          Log("Strike 3!"), Log(std::string("-cfg ") + kBackupOptions), Recovered()},
          nullptr,
          true},
         {"options repaired", "next start uses primary options", "primary options", Crash(Repair),
@@ -133,8 +143,8 @@ std::vector<Scene> LifeOfATerminal(double patience) {
           {Source::kInit, "keldra_monitor has ended: exit status 0"},
           {Source::kWatchdog, "BITES"},
           {Source::kSimulator, "backup partition"},
-          kRecovered}},
+          Recovered()}},
     };
 }
 
-}  // namespace Simulator
+}  // namespace Demo

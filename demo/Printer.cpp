@@ -9,8 +9,10 @@
 #include <cstring>
 #include <sstream>
 
-namespace Simulator {
+namespace Demo {
 namespace {
+
+using Terminals::Source;
 
 constexpr size_t kNarrowest = 60;
 constexpr size_t kWidest = 100;
@@ -94,7 +96,7 @@ std::string Printer::In(Colour colour, const std::string& text) const {
     return colours_ && *code != '\0' ? std::string("\x1b[") + code + "m" + text + "\x1b[0m" : text;
 }
 
-void Printer::Show(const Event& event) const {
+void Printer::Show(const Terminals::Event& event) const {
     for (const auto& style : kStyles) {
         if (style.source == event.source && !event.routine) {
             char time[16];
@@ -126,4 +128,4 @@ void Printer::Line(const std::string& text, Colour colour) const {
     printf("%s\n", In(text.empty() ? Colour::kPlain : colour, text).c_str());
 }
 
-}  // namespace Simulator
+}  // namespace Demo

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "terminal/Event.h"
+#include "terminal/Terminal.h"
 
-namespace Simulator {
+namespace Demo {
 
 enum class Colour { kPlain, kDim, kBold, kRed, kGreen, kYellow, kBlue, kMagenta, kCyan };
 
@@ -15,7 +15,7 @@ public:
     Printer();
 
     // Events that repeat all the time are left out.
-    void Show(const Event& event) const;
+    void Show(const Terminals::Event& event) const;
     void Heading(const std::string& text) const;
     // Indented text of any number of lines, as a program printed it.
     void Quote(const std::string& text) const;
@@ -28,4 +28,4 @@ private:
     bool colours_;
 };
 
-}  // namespace Simulator
+}  // namespace Demo

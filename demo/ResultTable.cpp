@@ -5,7 +5,7 @@
 #include <iomanip>
 #include <sstream>
 
-namespace Simulator {
+namespace Demo {
 namespace {
 
 constexpr size_t kWidthWithExpected = 94;
@@ -63,4 +63,4 @@ bool WriteTimes(const std::string& path, const std::vector<Situation>& situation
     return file.good();
 }
 
-}  // namespace Simulator
+}  // namespace Demo

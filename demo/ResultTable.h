@@ -6,7 +6,7 @@
 #include "demo/Printer.h"
 #include "demo/Story.h"
 
-namespace Simulator {
+namespace Demo {
 
 // The story's results, as a table; what was expected is left out where the terminal is too narrow
 // for it. A heartbeat period is given in seconds.
@@ -16,4 +16,4 @@ void PrintTable(const Printer& printer, const std::vector<Situation>& situations
 // the file cannot be written.
 bool WriteTimes(const std::string& path, const std::vector<Situation>& situations, unsigned period);
 
-}  // namespace Simulator
+}  // namespace Demo

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace Simulator {
+namespace Demo {
 
 bool Story::Tell(const std::vector<Scene>& scenes) {
     return std::all_of(scenes.begin(), scenes.end(),
@@ -64,4 +64,4 @@ bool Story::Surprise(const std::string& what, Situation* situation) {
     return false;
 }
 
-}  // namespace Simulator
+}  // namespace Demo

@@ -7,7 +7,10 @@
 #include "demo/Printer.h"
 #include "terminal/Terminal.h"
 
-namespace Simulator {
+namespace Demo {
+
+using Terminals::Source;
+using Terminals::Terminal;
 
 // An event that a scene waits for, and what its time tells.
 struct Step {
@@ -41,13 +44,6 @@ struct Situation {
     double recoverSeconds = -1;
 };
 
-// The life of every terminal, from the cold start to the reboot into its backup partition.
-// Nothing in it is waited for longer than `patience` seconds.
-std::vector<Scene> LifeOfATerminal(double patience);
-
-// Whether there was a strike among the events from that one on.
-bool StrikeSince(const Terminal& terminal, size_t event);
-
 // Plays scenes, on a terminal on which the daemon has just been started, and keeps what was seen.
 // Each step is waited for, at most `patience` seconds; the first surprise ends the story.
 class Story {
@@ -71,4 +67,4 @@ private:
     std::vector<Situation> situations_;
 };
 
-}  // namespace Simulator
+}  // namespace Demo

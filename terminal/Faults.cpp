@@ -2,7 +2,7 @@
 
 #include "terminal/TerminalLayout.h"
 
-namespace Simulator {
+namespace Terminals {
 namespace {
 
 // Runs a command of the shell for every process of that name, whose PID is then $pid, after saying
@@ -77,4 +77,4 @@ std::string Repair(Terminal* terminal) {
     return Change(terminal, "everything is repaired now", script);
 }
 
-}  // namespace Simulator
+}  // namespace Terminals

@@ -4,7 +4,7 @@
 
 #include "terminal/Terminal.h"
 
-namespace Simulator {
+namespace Terminals {
 
 // Each of these returns "" or the reason why it could not be done.
 
@@ -22,4 +22,4 @@ std::string DamagePrimaryOptions(Terminal* terminal);
 // Ends what lasts.
 std::string Repair(Terminal* terminal);
 
-}  // namespace Simulator
+}  // namespace Terminals

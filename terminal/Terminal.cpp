@@ -6,7 +6,7 @@
 
 #include "terminal/TerminalLayout.h"
 
-namespace Simulator {
+namespace Terminals {
 namespace {
 
 constexpr size_t kTimeStampLength = sizeof("Mon DD HH:MM:SS ") - 1;
@@ -48,6 +48,19 @@ bool Terminal::PowerOn(std::string* reason) {
 CommandResult Terminal::StartMonitor(const std::vector<std::string>& arguments) {
     monitorArguments_ = arguments;
     return Run(MonitorCommand(arguments));
+}
+
+void Terminal::Reboot() {
+    std::string reason;
+    if (!Boot(&reason)) {
+        Note("the terminal does not come up again: " + reason);
+        return;
+    }
+    Note("the terminal comes up from its backup partition");
+    const CommandResult start = StartMonitor(std::vector<std::string>(monitorArguments_));
+    if (start.status != 0) {
+        Note("the daemon does not start: " + start.output);
+    }
 }
 
 std::optional<Event> Terminal::Await(Source source, const std::string& text, double seconds) {
@@ -112,4 +125,4 @@ void Terminal::Add(Event event) {
     }
 }
 
-}  // namespace Simulator
+}  // namespace Terminals

@@ -7,9 +7,18 @@
 #include <string>
 #include <vector>
 
-#include "terminal/Event.h"
+namespace Terminals {
 
-namespace Simulator {
+enum class Source { kLog, kSimulator, kKeldra, kSshd, kLed, kWatchdog, kInit };
+
+// Something that happened in the terminal, or that the simulator did to it.
+struct Event {
+    double seconds = 0;  // since the terminal was first switched on
+    Source source = Source::kSimulator;
+    int priority = -1;     // facility and level of a log line, -1 for everything else
+    bool routine = false;  // repeats all the time; a reader can do without it
+    std::string text;
+};
 
 struct CommandResult {
     int status = -1;     // as from waitpid; -1 when the command could not be started
@@ -65,7 +74,11 @@ public:
     double Seconds() const;
 
 protected:
+    // Switches off what runs, and boots. False with the reason on failure.
     virtual bool Boot(std::string* reason) = 0;
+    // After a bite: boots from the backup partition, and starts the daemon as it was started
+    // before.
+    void Reboot();
     // For `Take`, a text of the watchdog's; by default an event with that text.
     virtual void TakeWatchdog(const std::string& text) { AddWatchdog(text); }
 
@@ -75,8 +88,6 @@ protected:
     // Armed anew with the same time is routine.
     void AddWatchdog(const std::string& text);
     void Add(Event event);
-    // What `StartMonitor` was last called with: to be used again after a reboot.
-    const std::vector<std::string>& MonitorArguments() const { return monitorArguments_; }
 
 private:
     Listener listener_;
@@ -86,7 +97,7 @@ private:
     std::map<Source, size_t> next_;
     size_t mark_ = 0;
     std::string lastOfWatchdog_;
-    std::vector<std::string> monitorArguments_;
+    std::vector<std::string> monitorArguments_;  // what `StartMonitor` was last called with
 };
 
-}  // namespace Simulator
+}  // namespace Terminals

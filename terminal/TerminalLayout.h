@@ -1,6 +1,6 @@
 #pragma once
 
-namespace Simulator {
+namespace Terminals {
 
 // The terminal's own files.
 constexpr char kKeldraProgram[] = "/usr/sbin/keldra";
@@ -27,4 +27,4 @@ constexpr char kKeldraWaits[] = "/run/simulator/keldra.waits";
 // While this holds an exit status, the stand-in Keldra fails with it.
 constexpr char kKeldraRefuses[] = "/run/simulator/keldra.fails";
 
-}  // namespace Simulator
+}  // namespace Terminals

@@ -1,4 +1,4 @@
-/* Preloaded into the daemon together with OpenRedirect: its time passes as quickly as it works.
+/* Preloaded into the daemon together with CpldRedirect: its time passes as quickly as it works.
  * A wait for the next check returns at once, and the daemon's clock is put forward by what it
  * would have waited. The pause of a second after signalling Keldra shrinks to a hundredth: Keldra
  * needs some time to end. */
@@ -12,7 +12,7 @@
 #include <time.h>
 #include <unistd.h>
 
-#include "bench/inside/OpenRedirect.h"
+#include "terminal/simulated/CpldRedirect.h"
 
 enum { kPauseMs = 10, kKernelMaskSize = 8 };
 

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <cstdlib>
 
-namespace Board {
+namespace Terminals::Board {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -75,7 +75,7 @@ bool BoardTerminal::Boot(std::string* reason) {
     return isUp_;
 }
 
-Simulator::CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
+CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
     std::string script;
     for (const auto& word : command) {
         script += Quote(word);
@@ -93,7 +93,7 @@ Simulator::CommandResult BoardTerminal::Run(const std::vector<std::string>& comm
     while (!hasEnded_ && boot == boots_ && machine_.Console() >= 0 && Clock::now() < deadline) {
         (void)Pump(100);
     }
-    return boot == boots_ ? result_ : Simulator::CommandResult();
+    return boot == boots_ ? result_ : CommandResult();
 }
 
 bool BoardTerminal::Pump(int timeoutMs, int input) {
@@ -107,7 +107,10 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
             TakeConsole(line);
         }
         if (!isOn) {
-            Restart();
+            machine_.SwitchOff();
+            if (isUp_) {  // otherwise it was booting, and that has failed
+                Reboot();
+            }
         }
     }
     return hasInput;
@@ -140,20 +143,6 @@ void BoardTerminal::TakeConsole(const std::string& line) {
     }
 }
 
-void BoardTerminal::Restart() {
-    machine_.SwitchOff();
-    if (!isUp_) {
-        return;  // it was booting: that has failed
-    }
-    std::string reason;
-    if (!Boot(&reason)) {
-        Note("the terminal does not come up again: " + reason);
-        return;
-    }
-    Note("the terminal comes up from its backup partition");
-    (void)StartMonitor(std::vector<std::string>(MonitorArguments()));
-}
-
 std::string BoardTerminal::Description() const {
     const std::string sooner = divisor_ == 1 ? ""
                                              : "; its watchdog bites " + std::to_string(divisor_) +
@@ -161,4 +150,4 @@ std::string BoardTerminal::Description() const {
     return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " + kernel_ + sooner;
 }
 
-}  // namespace Board
+}  // namespace Terminals::Board

@@ -1,24 +1,25 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "terminal/Terminal.h"
 #include "terminal/board/Machine.h"
 
-namespace Board {
+namespace Terminals::Board {
 
 // A terminal that is a machine of its own: another processor, another kernel, and a watchdog whose
 // bite restarts it. After a restart it is on its backup partition: the image as it was made.
-class BoardTerminal : public Simulator::Terminal {
+class BoardTerminal : public Terminal {
 public:
     // The directory holds what terminal/board/make-image makes. The watchdog bites so many times
     // sooner than it says.
-    BoardTerminal(std::string directory, unsigned divisor)
-        : directory_(std::move(directory)), divisor_(divisor) {}
+    BoardTerminal(const std::filesystem::path& directory, unsigned divisor)
+        : directory_(std::filesystem::absolute(directory)), divisor_(divisor) {}
 
     // -1 as the status, too, when the machine restarts meanwhile.
-    Simulator::CommandResult Run(const std::vector<std::string>& command) override;
+    CommandResult Run(const std::vector<std::string>& command) override;
     bool Pump(int timeoutMs, int input = -1) override;
     // Once it is switched on.
     std::string Description() const override;
@@ -26,7 +27,6 @@ public:
 private:
     bool Boot(std::string* reason) override;
     void TakeConsole(const std::string& line);
-    void Restart();
 
     std::string directory_;
     unsigned divisor_;
@@ -37,7 +37,7 @@ private:
     std::string text_;       // of the console, that is not yet a line
     bool isUp_ = false;
     bool hasEnded_ = false;  // the running command
-    Simulator::CommandResult result_;
+    CommandResult result_;
 };
 
-}  // namespace Board
+}  // namespace Terminals::Board

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Board {
+namespace Terminals::Board {
 
 // A machine of the terminal's kind, in an emulator, while it is on. It is switched off with this
 // object, and when the process that has it ends.
@@ -29,4 +29,4 @@ private:
     int console_ = -1;
 };
 
-}  // namespace Board
+}  // namespace Terminals::Board

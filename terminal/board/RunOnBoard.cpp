@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
         std::cerr << "usage: run_on_board DIRECTORY COMMAND...\n";
         return 2;
     }
-    Board::BoardTerminal board(argv[1], 1);
+    Terminals::Board::BoardTerminal board(argv[1], 1);
     std::string reason;
     if (!board.PowerOn(&reason)) {
         std::cerr << "the board does not come up: " << reason << "\n";

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Simulator {
+namespace Terminals::Simulated {
 
 // The namespaces of a terminal: a root file system and processes of its own, made by bubblewrap.
 // They end with this object or with the process that has it, and everything in them with them.
@@ -33,4 +33,4 @@ private:
     pid_t first_ = -1;  // process 1 inside, by the machine's number
 };
 
-}  // namespace Simulator
+}  // namespace Terminals::Simulated

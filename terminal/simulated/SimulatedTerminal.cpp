@@ -19,7 +19,7 @@
 
 namespace fs = std::filesystem;
 
-namespace Simulator {
+namespace Terminals::Simulated {
 namespace {
 
 // Everything that can be read from `fd` by now.
@@ -36,18 +36,18 @@ std::string ReadAvailable(int fd) {
 }  // namespace
 
 bool SimulatedTerminal::Boot(std::string* reason) {
+    PowerOff();
     const std::string& standIns = options_.standInDirectory;
     const auto chosen = [](const std::string& given, const std::string& usual) {
         return given.empty() ? usual : given;
     };
     const std::string& package = options_.packageDirectory;
     const bool up =
-        sandbox_.Open(
-            {standIns + "/boot", standIns,
-             package.empty() ? options_.monitorProgram : package + kMonitorProgram,
-             chosen(options_.keldraProgram, standIns + "/stand_in_keldra"),
-             chosen(options_.redirectLibrary, standIns + "/libcpld_redirect.so"), package},
-            reason) &&
+        sandbox_.Open({standIns + "/boot", standIns,
+                       package.empty() ? options_.monitorProgram : package + kMonitorProgram,
+                       chosen(options_.keldraProgram, standIns + "/stand_in_keldra"),
+                       chosen(options_.redirectLibrary, standIns + "/libcpld_report.so"), package},
+                      reason) &&
         BindSyslog(reason);
     if (!up) {
         PowerOff();
@@ -129,21 +129,7 @@ void SimulatedTerminal::TakeTime() {
         AddWatchdog(line);
     }
     if (watchdog_.HasBitten()) {
-        Bite();
-    }
-}
-
-void SimulatedTerminal::Bite() {
-    PowerOff();
-    std::string reason;
-    if (!Boot(&reason)) {
-        Note("the terminal does not come up again: " + reason);
-        return;
-    }
-    Note("the terminal comes up from its backup partition");
-    const CommandResult start = StartMonitor(std::vector<std::string>(MonitorArguments()));
-    if (start.status != 0) {
-        Note("the daemon does not start: " + start.output);
+        Reboot();
     }
 }
 
@@ -190,4 +176,4 @@ bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
     return file.good();
 }
 
-}  // namespace Simulator
+}  // namespace Terminals::Simulated

@@ -10,7 +10,7 @@
 #include "terminal/simulated/Sandbox.h"
 #include "terminal/simulated/StandInWatchdog.h"
 
-namespace Simulator {
+namespace Terminals::Simulated {
 
 // What the simulated terminal is made of; paths are the machine's.
 struct TerminalOptions {
@@ -58,7 +58,6 @@ private:
     void TakeWatchdog(const std::string& text) override;
     bool BindSyslog(std::string* reason);
     void TakeTime();
-    void Bite();
     void PowerOff();
 
     TerminalOptions options_;
@@ -71,4 +70,4 @@ private:
 bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
                  const std::string& content);
 
-}  // namespace Simulator
+}  // namespace Terminals::Simulated

@@ -1,6 +1,6 @@
 #include "terminal/simulated/StandInWatchdog.h"
 
-namespace Simulator {
+namespace Terminals::Simulated {
 namespace {
 
 constexpr unsigned kCountdownLines = 6;
@@ -46,4 +46,4 @@ std::string StandInWatchdog::Tick(double now) {
                : "BITES: the terminal reboots";
 }
 
-}  // namespace Simulator
+}  // namespace Terminals::Simulated

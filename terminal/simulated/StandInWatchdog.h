@@ -3,7 +3,7 @@
 #include <limits>
 #include <string>
 
-namespace Simulator {
+namespace Terminals::Simulated {
 
 // Stands in for the board's hardware watchdog: told what is written to its control files, it
 // counts down and bites. All times are seconds on a clock of the caller's.
@@ -32,4 +32,4 @@ private:
     double nextLine_ = std::numeric_limits<double>::infinity();
 };
 
-}  // namespace Simulator
+}  // namespace Terminals::Simulated

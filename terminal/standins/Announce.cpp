@@ -8,7 +8,7 @@
 
 #include "terminal/TerminalLayout.h"
 
-namespace Simulator {
+namespace Terminals {
 
 void Announce(const std::string& who, const std::string& what) {
     const std::string report = who + " " + what;
@@ -23,4 +23,4 @@ void Announce(const std::string& who, const std::string& what) {
     }
 }
 
-}  // namespace Simulator
+}  // namespace Terminals

@@ -6,5 +6,5 @@ int main(int argc, char** argv) {
     for (int i = 2; i < argc; ++i) {
         what += (i > 2 ? " " : "") + std::string(argv[i]);
     }
-    Simulator::Announce(argc > 1 ? argv[1] : "", what);
+    Terminals::Announce(argc > 1 ? argv[1] : "", what);
 }

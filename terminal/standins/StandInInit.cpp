@@ -18,7 +18,7 @@ void ReportEnd(const siginfo_t& child) {
     std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
     const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
     (void)waitpid(child.si_pid, nullptr, 0);
-    Simulator::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
+    Terminals::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
     sigemptyset(&ended);
     sigaddset(&ended, SIGCHLD);
     (void)sigprocmask(SIG_BLOCK, &ended, nullptr);
-    (void)!write(STDERR_FILENO, Simulator::kFirstProcessRuns, strlen(Simulator::kFirstProcessRuns));
+    (void)!write(STDERR_FILENO, Terminals::kFirstProcessRuns, strlen(Terminals::kFirstProcessRuns));
     // What the simulator still reads from is let go of.
     (void)close_range(0, ~0U, 0);
     (void)open("/dev/null", O_RDWR);

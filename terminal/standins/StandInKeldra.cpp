@@ -14,7 +14,7 @@
 
 namespace {
 
-using namespace Simulator;
+using namespace Terminals;
 
 constexpr int kRefused = 3;
 constexpr timespec kPeriod = {0, 100000000};

@@ -4,7 +4,7 @@
 #include "terminal/standins/Announce.h"
 
 int main() {
-    Simulator::Announce("sshd", "is up");
+    Terminals::Announce("sshd", "is up");
     if (daemon(0, 0) != 0) {
         return 4;
     }

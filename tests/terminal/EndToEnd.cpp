@@ -4,8 +4,6 @@
 #include <filesystem>
 #include <iostream>
 
-using namespace Simulator;
-
 namespace {
 
 // Nothing ever takes so long; a slow machine is to be waited for.
@@ -17,7 +15,7 @@ constexpr double kImpatientSeconds = 2;
 
 void EndToEnd::SetUp() {
     if (std::system("\"" STAND_IN_DIRECTORY "/boot\" --probe") != 0) {
-        GTEST_SKIP() << "this machine does not permit the namespaces of a simulated terminal";
+        GTEST_SKIP() << "this host does not permit the namespaces of a simulated terminal";
     }
 }
 

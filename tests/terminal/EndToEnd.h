@@ -11,15 +11,19 @@
 #include "terminal/simulated/SimulatedTerminal.h"
 #include "tests/support/TempDir.h"
 
+// Each case speaks of both.
+using namespace Terminals;
+using namespace Terminals::Simulated;
+
 // A case in which the real daemon runs in a simulated terminal. The case is skipped where the
-// machine permits no namespaces. What happened is printed when the case fails.
+// host permits no namespaces. What happened is printed when the case fails.
 class EndToEnd : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
     // Switches a terminal on, without the daemon. The options' paths are filled in.
-    void PowerOn(Simulator::TerminalOptions options = {});
+    void PowerOn(TerminalOptions options = {});
     // Starts the daemon with a heartbeat of one second and these arguments added, in a terminal
     // that is switched on if it was not.
     void StartMonitor(const std::vector<std::string>& arguments = {"-X", "50"});
@@ -30,13 +34,13 @@ protected:
     // Its standard error goes to /tmp/debug.log.
     void StartInDebugMode(const std::string& timeout);
     // Runs a shell script inside, in a terminal that is on: "$@" is the daemon's command line.
-    Simulator::CommandResult RunMonitorInShell(const std::string& script,
-                                               const std::vector<std::string>& arguments);
-    Simulator::CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand({"-i"})); }
+    CommandResult RunMonitorInShell(const std::string& script,
+                                    const std::vector<std::string>& arguments);
+    CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand({"-i"})); }
 
     // Each waits for a line that contains the text, generously, and fails when it does not come.
-    bool ExpectLog(const std::string& text) { return Expect(Simulator::Source::kLog, text); }
-    bool Expect(Simulator::Source source, const std::string& text);
+    bool ExpectLog(const std::string& text) { return Expect(Source::kLog, text); }
+    bool Expect(Source source, const std::string& text);
     // Counts the log lines so far that contain the text.
     int LogLines(const std::string& text);
     // Waits for it, as generously.
@@ -45,6 +49,6 @@ protected:
     // launcher of a daemon, to go.
     pid_t Only(const std::string& name);
 
-    std::unique_ptr<Simulator::SimulatedTerminal> terminal_;
+    std::unique_ptr<SimulatedTerminal> terminal_;
     TempDir files_;
 };

@@ -1,7 +1,5 @@
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 // The examples for those who write a Keldra, and for operators, under the real daemon.
 struct EndToEndExamplesTest : EndToEnd {
     bool Has(const std::string& text, const std::string& part) {

@@ -2,8 +2,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 namespace {
 
 constexpr uint64_t Bit(int signal) {

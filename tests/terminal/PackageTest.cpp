@@ -6,8 +6,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 // The package as dpkg installs it, and its service script as a careless caller runs it.
 struct EndToEndPackageTest : EndToEnd {
     void SetUp() override {

@@ -7,8 +7,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 class EndToEndRecoveryTest : public EndToEnd {};
 
 TEST_F(EndToEndRecoveryTest, FaultsOfARunningKeldraAreMendedByARestart) {

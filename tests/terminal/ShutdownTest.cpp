@@ -3,8 +3,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 struct EndToEndShutdownTest : EndToEnd {
     // The daemon shuts down in response to the signal; the last it does is to arm the watchdog.
     void ExpectGracefulEnd(int signal) {

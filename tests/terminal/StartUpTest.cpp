@@ -7,8 +7,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 class EndToEndStartUpTest : public EndToEnd {};
 
 TEST_F(EndToEndStartUpTest, OneDaemonRunsDetachedAndASecondIsRefused) {

@@ -5,8 +5,6 @@
 
 #include "tests/terminal/EndToEnd.h"
 
-using namespace Simulator;
-
 class EndToEndStatusQueryTest : public EndToEnd {};
 
 TEST_F(EndToEndStatusQueryTest, PrintsTheNewReportAndNothingOfAnOlderOne) {
