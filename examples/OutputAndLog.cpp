@@ -14,6 +14,7 @@ void Report(Quenda::Writable& out, int channels) {
 }  // namespace
 
 int main() {
+    setlinebuf(stdout);  // keeps the order of lines on both streams
     Quenda::StdioWritable console(stdout);
     Report(console, 3);
 
