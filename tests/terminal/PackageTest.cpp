@@ -18,26 +18,27 @@ struct EndToEndPackageTest : EndToEnd {
         // As root at least of a namespace, in a root that has nothing else.
         setenv("P", PACKAGE_FILE, 1);
         setenv("D", options.packageDirectory.c_str(), 1);
-        ASSERT_EQ(std::system("mkdir \"$D\" && cd \"$D\" && PATH=$PATH:/usr/sbin:/sbin && "
-                              "mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && "
-                              "touch var/lib/dpkg/status && $([ $(id -u) = 0 ] || echo unshare -r) "
-                              "dpkg --root=\"$D\" --force-depends -i \"$P\" >log 2>&1 || "
-                              "{ cat log; false; }"),
+        ASSERT_EQ(std::system(
+                      "mkdir \"$D\" && cd \"$D\" && PATH=$PATH:/usr/sbin:/sbin && "
+                      "mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && "
+                      "touch var/lib/dpkg/status && $([ $(id -u) = 0 ] || echo unshare -r) "
+                      "dpkg --root=\"$D\" --force-depends,script-chrootless -i \"$P\" >log 2>&1 || "
+                      "{ cat log; false; }"),
                   0);
         Settings("KELDRA_MONITOR_OPTIONS='-t 1 -X 50'");
         PowerOn(options);
     }
 
     void Settings(const std::string& lines) {
-        files_.Write("package/etc/default/keldra_monitor",
-                     std::string("export LD_PRELOAD=") + kRedirectLibrary + "\n" + lines + "\n");
+        files_.Write("package/etc/default/keldra_monitor", lines + "\n");
     }
 
     CommandResult Shell(const std::string& line) { return terminal_->Run({"/bin/sh", "-c", line}); }
 
     void Service(const std::string& action, int status, const std::string& text) {
         const CommandResult result =
-            Shell("umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS " + action_ + action);
+            Shell("umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS LD_PRELOAD=" +
+                  std::string(kRedirectLibrary) + " " + action_ + action);
         EXPECT_EQ(result.status, W_EXITCODE(status, 0)) << action << ": " << result.output;
         EXPECT_NE(result.output.find(text), std::string::npos) << action << ": " << result.output;
     }
@@ -115,6 +116,8 @@ TEST_F(EndToEndPackageTest, MistakeInTheSettingsNeverCostsTheMonitor) {
         {"KELDRA_MONITOR_OPTIONS='-t 30", "nterminated quoted string"},
         {"KELDRA_MONITOR_OPTIONS='-n keldra'\r", "a carriage return ends a line"},
         {"exit 0", "the shell"},
+        {"KELDRA_MONITOR_OPTION='-t 1 -X 50'", "and not KELDRA_MONITOR_OPTION"},
+        {"PATH=/absent", "and not PATH"},
     };
     for (const auto& mistake : mistakes) {
         Settings(mistake.settings);
@@ -122,14 +125,67 @@ TEST_F(EndToEndPackageTest, MistakeInTheSettingsNeverCostsTheMonitor) {
         Service("force-reload", 6, "\nNothing has been stopped: the old monitor goes on.\n");
         EXPECT_EQ(Only("keldra_monitor"), monitor) << mistake.settings;
     }
-    // A daemon that this machine cannot run is found out as early.
     Settings("");
-    (void)Shell("cd /usr/sbin; echo '#!/absent' >new; chmod 755 new; mv new keldra_monitor");
-    Service("restart", 1, "the old monitor goes on.\n");
+    (void)Shell("cd /sysopt; mv config factory /tmp");
+    Service("restart", 1, "None of Keldra's options files exists.\nNothing has been stopped");
+    (void)Shell("mv /tmp/config /sysopt");
     EXPECT_EQ(Only("keldra_monitor"), monitor);
-    Service("stop", 0, "keldra_monitor has been stopped.");
-    Settings("KELDRA_MONITOR_OPTIONS=-Z");
-    Service("start", 6, "\nNothing has been started: no monitor runs.\n");
+}
+
+TEST_F(EndToEndPackageTest, StartWithAMistakeInTheSettingsTakesThoseOfTheLastStart) {
+    const std::string mistake = "KELDRA_MONITOR_OPTIONS='-t sixty'";
+    const std::string kept = terminal_->Path("/var/lib/keldra-monitor/settings");
+    const std::string whole = "options -t 1 -X 50\noptions -t 1 -X 50\n";
+    Service("start", 0, "keldra_monitor has been started.\n");
+    EXPECT_EQ(ReadFile(kept), whole);
+    Settings(mistake);
+    Service("status", 0, "(-t sixty), but with: -t 1 -X 50\n");
+    const struct {
+        std::string kept;
+        const char* instead;
+    } starts[] = {
+        {whole, "the settings of its last start instead: -t 1 -X 50."},
+        {whole.substr(0, whole.size() - 1), "its own defaults instead: no options."},
+        {"options -z\noptions -z\n", "its own defaults instead: no options."},
+        {"", "its own defaults instead: no options."},
+    };
+    for (const auto& start : starts) {
+        Service("stop", 0, "");
+        ASSERT_TRUE(WriteInside(*terminal_, "/var/lib/keldra-monitor/settings", start.kept));
+        Service("start", 0, std::string("keldra_monitor is started with ") + start.instead);
+        ExpectLog("Invalid heartbeat timeout sixty: not a positive integer");
+        ExpectLog(start.instead);
+    }
+    EXPECT_EQ(ReadFile(kept), "options \noptions \n");
+    Settings("KELDRA_MONITOR_OPTIONS='-t 1'");
+    Service("status", 0, "(-t 1), but with: no options");
+    // Nothing can be written where the terminal's flash is read-only.
+    (void)Shell("cd /var/lib; rm -r keldra-monitor; touch keldra-monitor");
+    Service("restart", 0, "keldra-monitor/settings cannot be written");
+    const CommandResult status = Shell(action_ + "status >/dev/null");
+    EXPECT_EQ(status.output, "") << "these are the settings";
+}
+
+TEST_F(EndToEndPackageTest, DamagedProgramNeverTakesTheMonitorsPlace) {
+    Service("start", 0, "");
+    const pid_t monitor = Only("keldra_monitor");
+    // Whatever a full flash, a power cut or worn-out blocks make of it.
+    for (const char* damage : {
+             ":",
+             "echo",
+             "head -c 100000 /dev/zero",
+             "tr '\\0' '\\377' </dev/zero | head -c 100000",
+             "head -c 64 keldra_monitor",
+             "head -c 40000 keldra_monitor",
+             "echo exit 0",
+             "echo '#!/absent'",
+         }) {
+        (void)Shell("cd /usr/sbin; cp keldra_monitor old; (" + std::string(damage) +
+                    ") >new; chmod 755 new; mv new keldra_monitor");
+        Service("restart", 1, "the old monitor goes on.\n");
+        EXPECT_EQ(Only("keldra_monitor"), monitor) << damage;
+        (void)Shell("cd /usr/sbin; mv old keldra_monitor");
+    }
 }
 
 TEST_F(EndToEndPackageTest, NamesakeOfTheDaemonIsNoMonitorButInTheWayOfOne) {
