@@ -16,8 +16,8 @@ static const char kBoard[] = "/proc/cpld/watchdog/";
 
 long armings = 0;
 
-/* Programs that the daemon starts must run without this library; scripts that start it hand it on.
- */
+/* Programs that the daemon starts must run without this library; a script that starts it does not
+ * lose it. */
 __attribute__((constructor)) static void LeaveTheEnvironment(void) {
     if (strcmp(program_invocation_short_name, "keldra_monitor") == 0) {
         unsetenv("LD_PRELOAD");

@@ -15,31 +15,38 @@ case $1 in
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.Debian.gz"
     overrides="
 -rw-r--r-- root/root ./usr/share/lintian/overrides/keldra-monitor"
-    purge="
+    terminal=''
+    workstation="
+-rw-r--r-- root/root ./usr/share/keldra-monitor/keldra_monitor.default"
+    scripts="
+./postinst
 ./postrm"
     ;;
-  *) unit='' history='' overrides='' purge='' ;;
+  *)
+    unit='' history='' overrides='' workstation='' scripts=''
+    terminal=/etc/default/keldra_monitor
+    ;;
 esac
 # What opkg reads: these three, with gzip.
 ar t "$1" | expect archive "debian-binary
 control.tar.gz
 data.tar.gz"
 dpkg-deb -c "$1" | grep -v '^drwxr-xr-x root/root ' | awk '{ print $1, $2, $6 }' |
-  expect files "-rw-r--r-- root/root ./etc/default/keldra_monitor
--rwxr-xr-x root/root ./etc/init.d/keldra-monitor$unit
+  expect files "${terminal:+-rw-r--r-- root/root .$terminal
+}-rwxr-xr-x root/root ./etc/init.d/keldra-monitor$unit
 -rwxr-xr-x root/root ./usr/sbin/keldra_monitor$history
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.gz
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp
--rwxr-xr-x root/root ./usr/share/doc/keldra-monitor/examples/keep-reboot-reason.sh$overrides
+-rwxr-xr-x root/root ./usr/share/doc/keldra-monitor/examples/keep-reboot-reason.sh$workstation$overrides
 -rw-r--r-- root/root ./usr/share/man/man8/keldra_monitor.8.gz"
-# No script runs at an installation, which must neither start nor stop a monitor.
+# No script of an installation starts or stops a monitor.
 dpkg-deb --ctrl-tarfile "$1" | tar t | LC_ALL=C sort | expect control "./
 ./conffiles
 ./control
-./md5sums$purge"
-dpkg-deb -I "$1" conffiles | expect conffiles "/etc/default/keldra_monitor
-/etc/init.d/keldra-monitor"
+./md5sums$scripts"
+dpkg-deb -I "$1" conffiles | expect conffiles "/etc/init.d/keldra-monitor${terminal:+
+$terminal}"
 dpkg-deb -f "$1" Depends | sed 's/[0-9][0-9.]*)/N)/g' | grep -o 'lib\(c6\|stdc++6\) (>= N)' |
   expect dependencies "libc6 (>= N)
 libstdc++6 (>= N)"
@@ -63,16 +70,31 @@ DYN
 GNU_RELRO
 __stack_chk_fail${checked:+
 $checked}"
-# A purge, which is dpkg's last call once all files have gone, takes the links to them along.
-if [ -n "$purge" ]; then
+# dpkg's calls: the settings are made once, and kept until a purge. That is its last call, once all
+# files have gone, and takes the links to them along.
+if [ -n "$scripts" ]; then
   export DPKG_ROOT="$scratch/root"
   mkdir -p "$DPKG_ROOT/etc/rc5.d" "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants"
   ln -s ../init.d/keldra-monitor "$DPKG_ROOT/etc/rc5.d/S90keldra-monitor"
   ln -s ../init.d/other "$DPKG_ROOT/etc/rc5.d/S90other"
   ln -s "$DPKG_ROOT/absent" \
     "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants/keldra-monitor.service"
+  mkdir -p "$DPKG_ROOT/usr/share/keldra-monitor" "$DPKG_ROOT/var/lib/keldra-monitor"
+  echo offered >"$DPKG_ROOT/usr/share/keldra-monitor/keldra_monitor.default"
+  dpkg-deb -I "$1" postinst | (umask 077; sh -s configure '')
+  settings=$DPKG_ROOT/etc/default/keldra_monitor
+  stat -c %a "$settings" | cat - "$settings" | expect "settings of an installation" "644
+offered"
+  echo changed >"$settings"
+  dpkg-deb -I "$1" postinst | sh -s configure ''
   dpkg-deb -I "$1" postrm | sh -s remove
+  expect "settings after it" changed <"$settings"
   find "$DPKG_ROOT" -type l | wc -l | expect "links after a removal" 3
+  rm "$settings"
+  dpkg-deb -I "$1" postinst | sh -s configure 1.0.0-1
+  find "$DPKG_ROOT" -path "$settings" | expect "settings that somebody deleted" ""
+  touch "$settings" "$DPKG_ROOT/var/lib/keldra-monitor/settings"
   dpkg-deb -I "$1" postrm | sh -s purge
-  find "$DPKG_ROOT" -type l | expect "links after a purge" "$DPKG_ROOT/etc/rc5.d/S90other"
+  find "$DPKG_ROOT" -type l -o -name '*keldra*monitor' ! -path '*/usr/*' |
+    expect "what a purge leaves" "$DPKG_ROOT/etc/rc5.d/S90other"
 fi
