@@ -1,7 +1,6 @@
 /* Preloaded into the daemon: redirects opens of the board's watchdog files, which no host has, to
  * the simulated terminal's own. Everything else passes unchanged. The calls go straight to the
  * kernel, so nothing has to be looked up. */
-#define _GNU_SOURCE /* program_invocation_short_name */
 #include "terminal/simulated/CpldRedirect.h"
 
 #include <errno.h>
