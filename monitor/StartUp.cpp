@@ -26,9 +26,9 @@
 #include "monitor/ProcessLookup.h"
 #include "monitor/SignalHandlers.h"
 #include "monitor/StatusQuery.h"
-#include "shell/ShellBuildRecord.h"
 #include "shell/ShellRunner.h"
-#include "watchdog/WatchdogBuildRecord.h"
+#include "shell/ShellRunner.h"
+#include "watchdog/WatchdogControl.h"
 
 namespace Monitor {
 

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <utility>
 
+#include "core/buildinfo/MakeBuildRecord.h"
 #include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
 
@@ -165,6 +166,11 @@ void CloseInheritedDescriptors() {
     for (int fd = kFirstInherited; fd <= kLastInherited; ++fd) {
         (void)close(fd);  // most of them are not open
     }
+}
+
+const BuildRecord& ShellBuildRecord() {
+    static const BuildRecord record = QUENDA_BUILD_RECORD("shell_runner");
+    return record;
 }
 
 }  // namespace Quenda

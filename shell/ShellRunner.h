@@ -9,6 +9,8 @@
 
 #include <string>
 
+#include "core/buildinfo/BuildRecord.h"
+
 namespace Quenda {
 
 // Runs the command with "/bin/sh -c". `output` gains what the command wrote to standard output
@@ -34,5 +36,7 @@ bool WaitForChild(pid_t child, int& status);
 
 // Closes descriptors 3 to 1023. For a child between fork and exec.
 void CloseInheritedDescriptors();
+
+const BuildRecord& ShellBuildRecord();
 
 }  // namespace Quenda

@@ -2,7 +2,7 @@
 //
 // A counter of 3.125 MHz runs down from a programmed value and resets the board at zero. Only the
 // bite times 30, 60 and 300 seconds can be programmed. Nothing here logs an error: every failure
-// is a code of WatchdogError.h; the three operations at the end also explain it in `text`
+// is a code of WatchdogControl.h; the three operations at the end also explain it in `text`
 // (`length` bytes), which stays untouched on success. Traces go to the global trace list at
 // level 9.
 #pragma once
@@ -12,7 +12,6 @@
 #include <cstdint>
 
 #include "watchdog/WatchdogControl.h"
-#include "watchdog/WatchdogError.h"
 
 namespace Quenda {
 
