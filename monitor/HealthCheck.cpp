@@ -7,10 +7,9 @@
 
 #include "core/log/Log.h"
 #include "monitor/ChildControl.h"
-#include "monitor/DebugLog.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/ProcessLookup.h"
+#include "watchdog/WatchdogDevice.h"
 
 namespace Monitor {
 
@@ -73,19 +72,35 @@ void ReportStrikes(const Judgement& judgement) {
                "partition.\n");
     (void)ArmWatchdog(kRebootBiteSeconds);
     try {
-        (void)SetLedsToError();
+        (void)SetLedsToError(settings.led_control_script);
     } catch (const std::bad_alloc&) {
         LogMessage(0, "Out of memory: the LEDs are left as they are\n");
     }
     exit(0);
 }
 
+// Counts the start that follows, even if it then fails.
+void CountStart() {
+    switch (supervision.options_type) {
+        case OptionsType::Normal_Options:
+            ++statistics.start_with_normal_options;
+            break;
+        case OptionsType::Backup_Options:
+            ++statistics.start_with_backup_options;
+            break;
+        case OptionsType::Factory_Options:
+            ++statistics.start_with_factory_options;
+            break;
+    }
+}
+
 void RestartKeldra() {
     if (supervision.keldra_state != KeldraState::Keldra_Not_Running) {
-        (void)SignalKeldra(settings.keldra_process_name, SIGQUIT);
+        (void)SignalKeldra(settings.keldra_process_name, supervision.keldra_pid, SIGQUIT);
     }
-    (void)SetLedsToError();
-    (void)StartKeldra(settings.keldra_process_name, supervision.options_type);
+    (void)SetLedsToError(settings.led_control_script);
+    CountStart();
+    (void)StartKeldra(settings.keldra_process_name, OptionsFile(supervision.options_type));
 }
 
 bool CheckSshd() {
@@ -99,7 +114,9 @@ bool CheckSshd() {
     }
     if (supervision.sshd_pid == 0) {
         LogMessage(0, "Starting the SSH daemon because it was not detected\n");
-        return StartSshd(settings.sshd_service_name);
+        const bool started = StartSshd(settings.service_script, settings.sshd_service_name);
+        statistics.start_sshd += started ? 1 : 0;
+        return started;
     }
     LogDebug("The SSH daemon is running, but its PID changed to %d since the last check\n",
              supervision.sshd_pid);
@@ -125,6 +142,16 @@ bool Check(bool heartbeatRead) {
 }
 
 }  // namespace
+
+uint32_t ArmWatchdog(uint32_t biteSeconds) {
+    static const Quenda::WatchdogControl control;
+    char message[54] = "";
+    const uint32_t code = Quenda::wdStart(control, biteSeconds, message, sizeof(message));
+    if (code != Quenda::WD_DB_OK) {
+        LogMessage(0, "%s\n", message);
+    }
+    return code;
+}
 
 bool CheckHealth(bool heartbeatRead) {
     try {

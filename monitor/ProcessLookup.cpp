@@ -61,6 +61,16 @@ bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
 }
 
+int32_t FindProcessExcept(int32_t excluded, const char* name) {
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    const auto found =
+        std::find_if(pids.begin(), pids.end(), [=](int32_t pid) { return pid != excluded; });
+    return found == pids.end() ? 0 : *found;
+}
+
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
@@ -127,22 +137,11 @@ bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
 }
 
 int32_t FindProcessId(const char* name) {
-    std::vector<int32_t> pids;
-    if (!CollectProcessIds(name, pids)) {
-        return -1;
-    }
-    return pids.empty() ? 0 : pids.front();
+    return FindProcessExcept(0, name);  // no process has the PID 0
 }
 
 int32_t FindOtherProcessId(const char* name) {
-    const int32_t self = getpid();
-    std::vector<int32_t> pids;
-    if (!CollectProcessIds(name, pids)) {
-        return -1;
-    }
-    const auto other =
-        std::find_if(pids.begin(), pids.end(), [self](int32_t pid) { return pid != self; });
-    return other == pids.end() ? 0 : *other;
+    return FindProcessExcept(getpid(), name);
 }
 
 bool IsProcessRunning(const char* name, int32_t pid) {
@@ -158,17 +157,10 @@ bool SignalProcessesByName(const char* name, int signal) {
         return false;
     }
     const int32_t self = getpid();
-    bool includesSelf = false;
+    (void)std::partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
     bool allSignalled = true;
     for (const int32_t pid : pids) {
-        if (pid == self) {
-            includesSelf = true;
-        } else if (!SignalOne(pid, signal)) {
-            allSignalled = false;
-        }
-    }
-    if (includesSelf && !SignalOne(self, signal)) {
-        allSignalled = false;
+        allSignalled = SignalOne(pid, signal) && allSignalled;
     }
     Pause();
     return allSignalled;

@@ -11,8 +11,7 @@
 #include "core/log/Log.h"
 #include "core/output/StdioWritable.h"
 #include "core/signals/SignalWindow.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/HealthCheck.h"
 #include "monitor/StatusReport.h"
 
 namespace Monitor {

@@ -1,7 +1,6 @@
 #include "monitor/StartUp.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,15 +17,11 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StdioWritable.h"
 #include "monitor/ChildControl.h"
-#include "monitor/CommandLine.h"
-#include "monitor/DebugLog.h"
 #include "monitor/HealthCheck.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/ProcessLookup.h"
 #include "monitor/SignalHandlers.h"
 #include "monitor/StatusQuery.h"
-#include "shell/ShellRunner.h"
 #include "shell/ShellRunner.h"
 #include "watchdog/WatchdogControl.h"
 
@@ -157,35 +152,6 @@ bool StartHeartbeatReader() {
     return true;
 }
 
-bool Exists(const char* path) {
-    struct stat status {};
-    return stat(path, &status) == 0;
-}
-
-bool ChooseOptionsFile() {
-    if (Exists(kPrimaryOptionsFile)) {
-        LogDebug("Defaulting to Keldra's primary options file\n");
-        supervision.options_type = OptionsType::Normal_Options;
-    } else if (Exists(kBackupOptionsFile)) {
-        LogMessage(0,
-                   "Falling back to Keldra's backup options file because the primary options file "
-                   "is missing\n");
-        supervision.options_type = OptionsType::Backup_Options;
-    } else if (Exists(kFactoryOptionsFile)) {
-        LogMessage(0,
-                   "Falling back to Keldra's factory options file because both the primary and "
-                   "backup options files are missing\n");
-        supervision.options_type = OptionsType::Factory_Options;
-    } else {
-        LogMessage(
-            0,
-            "TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options "
-            "files are missing\n");
-        return false;
-    }
-    return true;
-}
-
 int Supervise() {
     CloseStartersDescriptors();
     PrepareSignals(!settings.debug);
@@ -201,7 +167,7 @@ int Supervise() {
         return 1;
     }
     InstallSignalHandlers();
-    if (!ChooseOptionsFile()) {
+    if (!ChooseOptionsFile(supervision.options_type)) {
         return 1;
     }
     Quenda::EventLoop& loop = Quenda::EventLoop::Instance();

@@ -11,7 +11,8 @@
 #include "core/event/EventLoop.h"
 #include "core/log/Log.h"
 #include "core/output/StringWritable.h"
-#include "monitor/MonitorState.h"
+#include "monitor/HealthCheck.h"
+#include "monitor/MonitorSettings.h"
 
 namespace Monitor {
 
