@@ -32,7 +32,7 @@ HeartbeatTimerBase::HeartbeatTimerBase(const char* name)
 }
 
 HeartbeatTimerBase::~HeartbeatTimerBase() {
-    // This class's own, as the derived part is gone.
+    // Not the virtual one: the derived object no longer exists.
     (void)HeartbeatTimerBase::Stop();
 }
 
@@ -47,7 +47,8 @@ bool HeartbeatTimerBase::Start() {
 }
 
 void HeartbeatTimerBase::Arm() {
-    // Wraps at 32 bits: a timeout of 4294968 seconds and more becomes a shorter period.
+    // Deliberately wraps at 32 bits: from 4294968 seconds on, the period is shorter than the
+    // timeout.
     timer_.Start(GetTimeout() * 1000U);
 }
 
@@ -90,8 +91,8 @@ bool HeartbeatTimerBase::Reload(const OptionsNode& newOptions) {
                    timeout);
         return RejectOptions();
     }
-    // Compared in milliseconds of 32 bits, which are never more than the limit's: the test never
-    // holds, on purpose. Longer timeouts are accepted and their period wraps.
+    // Deliberately never true, since the multiplication wraps: longer timeouts are accepted, and
+    // their period wraps.
     if (static_cast<uint32_t>(timeout) * 1000U / 1000U > kLongestTimeoutSeconds) {
         LogMessage(0, "%s: %s: Heartbeat timeout may be no longer than %u seconds: %d\n", name_,
                    "Reload", kLongestTimeoutSeconds, timeout);
@@ -138,7 +139,7 @@ uint32_t HeartbeatTimerBase::GetSecondsToNextCheck() const {
     if (!timer_.IsActive()) {
         return 0;
     }
-    // Overdue while a check before it still waits for a command.
+    // Negative if the check is overdue because the one before it still waits for a command.
     const TimeValue remaining = timer_.Expiry() - TimeValue::Now();
     return remaining.Seconds() < 0 ? 0 : static_cast<uint32_t>(remaining.Seconds());
 }

@@ -22,9 +22,9 @@ using Quenda::LogMessage;
 namespace {
 
 constexpr char kProgramDirectory[] = "/usr/sbin/";
-constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
+constexpr int kExecFailed = 65;  // the exit status of a child in which execl failed
 
-// Only Keldra reads them.
+// The monitor only tests whether they exist; Keldra reads them.
 constexpr char kPrimaryOptionsFile[] = "/sysopt/config/sat_router/keldra.json";
 constexpr char kBackupOptionsFile[] = "/sysopt/config/sat_router/keldra.json.bak";
 constexpr char kFactoryOptionsFile[] = "/sysopt/factory/keldra_factory.json";
@@ -38,7 +38,7 @@ bool Exists(const char* path) {
 [[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
     Quenda::RestoreSignalsInChild();
     Quenda::CloseInheritedDescriptors();
-    // Only Keldra knows what 23 means; it gets it on every start.
+    // 23 has a meaning to Keldra alone; it is passed on every start.
     if (optionsFile == nullptr) {
         (void)execl(path, name, "-cp", "23", nullptr);
     } else {
@@ -136,12 +136,12 @@ bool SignalKeldra(const std::string& processName, int32_t pid, int signal) {
 }
 
 bool StartSshd(const std::string& serviceScript, const std::string& serviceName) {
-    // The newline belongs to the command.
+    // Deliberate: the newline is part of the command.
     const std::string command =
         FormatText("%s %s start\n", serviceScript.c_str(), serviceName.c_str());
     std::string output;
     if (!Quenda::RunShellCommand(command, output)) {
-        // The captured text brings a newline of its own.
+        // The captured text ends with its own newline, so an empty line follows it.
         LogMessage(0, "Failed to start the SSH service: %s\n", output.c_str());
         return false;
     }
@@ -151,7 +151,8 @@ bool StartSshd(const std::string& serviceScript, const std::string& serviceName)
 bool SetLedsToError(const std::string& ledControlScript) {
     const std::string command = FormatText("%s all error", ledControlScript.c_str());
     if (!Quenda::RunSystemCommand(command)) {
-        // The script gives no reason; the place for one stays empty, as log readers know it.
+        // Deliberate: system(3) gives no reason, and programs that read the log know the line with
+        // an empty one.
         LogMessage(0, "Failed to set the LEDs on the terminal: %s\n", "");
         return false;
     }

@@ -21,7 +21,7 @@ bool ChooseOptionsFile(OptionsType& type);
 // never detaches, the monitor waits until the watchdog reboots the terminal.
 bool StartKeldra(const std::string& processName, const char* optionsFile);
 
-// Signals every process of that name, then pauses for a second. `pid` is only for the log.
+// Signals every process of that name, then pauses for a second. `pid` is only logged.
 bool SignalKeldra(const std::string& processName, int32_t pid, int signal);
 
 bool StartSshd(const std::string& serviceScript, const std::string& serviceName);

@@ -17,8 +17,8 @@ using Quenda::LogMessage;
 
 namespace {
 
-// Keeps a cached PID for as long as it names the same program, and searches for it otherwise.
-// True when the cached one still held.
+// Keeps the cached PID if a process with that PID and name runs, and searches for the name
+// otherwise. True if the PID was kept.
 bool RefreshPid(const std::string& name, int32_t& pid) {
     if (pid > 0 && IsProcessRunning(name.c_str(), pid)) {
         return true;
@@ -53,13 +53,14 @@ void ReportState() {
 }
 
 void ReportStrikes(const Judgement& judgement) {
-    // Wraps at 32 bits, as it does on the terminal.
+    // Wraps at 32 bits on every processor, as on the terminal's.
     const uint32_t seconds = settings.heartbeat_timeout_sec * judgement.silentPeriods;
     if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
         LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", supervision.strikes,
                    size_t{seconds});
     } else if (judgement.recovered) {
-        // One period more than the strikes: the one in which Keldra came back counts, too.
+        // Deliberate: one period more than the strikes, since the last one, in which Keldra came
+        // back, counts too.
         LogMessage(0, "Keldra started responding again after %zu seconds\n", size_t{seconds});
         ++statistics.keldra_recovered;
     }
@@ -79,7 +80,7 @@ void ReportStrikes(const Judgement& judgement) {
     exit(0);
 }
 
-// Counts the start that follows, even if it then fails.
+// Called before each start: one that fails counts, too.
 void CountStart() {
     switch (supervision.options_type) {
         case OptionsType::Normal_Options:

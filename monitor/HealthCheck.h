@@ -32,13 +32,12 @@ constexpr uint32_t kRebootBiteSeconds = 30;  // the shortest
 // Arms or re-arms the board's watchdog; a failure is logged. Returns the code of wdStart.
 uint32_t ArmWatchdog(uint32_t biteSeconds);
 
-// Judges Keldra, re-arms the watchdog, and restarts Keldra or sshd if it is not healthy. Runs after
-// every read of the heartbeat file; `heartbeatRead` is false if the read failed. Exits the process
-// when the strikes pass the maximum, and the watchdog then reboots the terminal.
-//
-// If memory runs out, the check stops there with a line in the log.
-//
+// One check, after a read of the heartbeat file; `heartbeatRead` is false if the read failed.
+// Judges Keldra, re-arms the watchdog, restarts an unhealthy Keldra and starts a missing sshd.
 // Returns whether sshd runs or could be started.
+//
+// When the strikes pass the maximum, it exits the process, and the watchdog reboots the terminal.
+// If memory runs out, it logs a line and stops where it is.
 bool CheckHealth(bool heartbeatRead);
 
 }  // namespace Monitor

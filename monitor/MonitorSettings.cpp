@@ -27,7 +27,7 @@ void PrintUsage(const MonitorSettings& parsed) {
             parsed.monitor_process_name.c_str());
 }
 
-// As lax as a scan with "%u" is, on purpose: "0" passes, a minus sign gives a large number, and
+// Deliberately as lax as a scan with "%u": "0" is accepted, a minus sign gives a large number, and
 // text after the number is ignored.
 bool ReadNumber(const char* what, const char* text, uint32_t& number) {
     if (!Quenda::ScanUInt32(text, number)) {

@@ -28,7 +28,7 @@ enum class Request {
     kSupervise,
     kQuery,    // -i
     kVersion,  // -v
-    kNothing,  // it holds a mistake, which has been printed to standard error
+    kNothing,  // it has a mistake, which is on standard error
 };
 
 // Reads the options in the order given. What follows -i or -v is not read.

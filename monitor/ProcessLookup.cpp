@@ -29,8 +29,7 @@ bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-// Gives the signalled processes their second, whatever signals come meanwhile: they are let in,
-// and the pause goes on to its end.
+// Lasts the whole second: signals to this process are handled and do not shorten it.
 void Pause() {
     timespec end{};
     (void)clock_gettime(CLOCK_MONOTONIC, &end);  // cannot fail with this clock
@@ -83,7 +82,7 @@ bool ReadStartTime(int32_t pid, uint64_t& ticks) {
     if (!ReadStatLine(pid, line, sizeof(line))) {
         return false;
     }
-    // Fields are counted behind the name, which may hold blanks and parentheses.
+    // The name, field 2, may contain blanks and parentheses, so the count starts after it.
     const char* at = strrchr(line, ')');
     for (int field = 2; field < kStartTimeField && at != nullptr; ++field) {
         at = strchr(at + 1, ' ');
@@ -109,7 +108,7 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
         isalpha(static_cast<unsigned char>(nameEnd[2])) == 0 || !IsSpace(nameEnd[3])) {
         return false;
     }
-    // Copied, so that a number at the end of what is looked at ends there.
+    // Copied, since the scan must not read on past the end.
     char number[kLineSize] = {};
     (void)std::copy(nameEnd + 4, end, number);
     int32_t parent = 0;

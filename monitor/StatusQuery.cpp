@@ -33,13 +33,14 @@ bool ReadModificationTime(timespec& time) {
     return true;
 }
 
-// Each part is compared on its own. After the wall clock was set back, a change may stay unseen.
+// Deliberate: seconds and nanoseconds are compared separately. After the wall clock was set back, a
+// change is noticed if its nanoseconds are greater, and the query times out otherwise.
 bool IsNewer(const timespec& time, const timespec& noted) {
     return time.tv_sec > noted.tv_sec || time.tv_nsec > noted.tv_nsec;
 }
 
-// Waits until a poll sees a new time and the next one sees the same again: then the file is
-// complete. False when the budget is spent.
+// Waits until a poll sees a new time and the next one sees the same time: then the file is
+// complete. False if that takes all polls.
 bool AwaitReport(timespec noted) {
     bool hasChanged = false;
     for (unsigned int polls = 1; polls <= kPolls; ++polls) {

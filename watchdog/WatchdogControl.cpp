@@ -23,7 +23,7 @@ constexpr uint32_t kUnknown = std::size(kNames) - 1;
 }  // namespace
 
 WatchdogControl::WatchdogControl() {
-    // The driver misspells its file names; these match it on purpose.
+    // "intial" is deliberate: the driver has misspelled its file names.
     Set(kCounter0, "/proc/cpld/watchdog/intial-cnt0");
     Set(kCounter1, "/proc/cpld/watchdog/intial-cnt1");
     Set(kCounter2, "/proc/cpld/watchdog/intial-cnt2");
@@ -35,7 +35,7 @@ WatchdogControl::WatchdogControl() {
 }
 
 void WatchdogControl::Set(Slot slot, const char* text) {
-    (void)snprintf(slots_[slot], kSlotSize, "%s", text);  // a longer text is cut, as said
+    (void)snprintf(slots_[slot], kSlotSize, "%s", text);  // cuts a longer text
 }
 
 uint32_t wdFormatError(const char* function, int line, uint32_t code, char* buffer, size_t length) {

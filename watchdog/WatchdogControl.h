@@ -1,5 +1,5 @@
-// What all operations of the watchdog library share: the control files, the result codes with
-// their texts, and the library's build record.
+// Shared by all operations of the watchdog library: the control files, the result codes with their
+// texts, and the library's build record.
 #pragma once
 
 #include <cstddef>
@@ -36,13 +36,13 @@ private:
     char slots_[kSlotCount][kSlotSize];
 };
 
-// Codes marked * are raised by this library; the others belong to the board's family of device
+// This library raises the codes marked *. The others are in use in the board's other device
 // libraries, which share the numbers.
 enum WdError : uint32_t {
     WD_DB_OK = 0,           // * success
     WD_FILE_NOT_FOUND = 1,  // * a control file cannot be opened
     WD_INV_FD_DESC = 2,     // * a descriptor that is not open
-    WD_READ_ERR = 3,        // * a read or a write was short; writes share the code on purpose
+    WD_READ_ERR = 3,        // * a read or a write was short; deliberately also for writes
     WD_NULL_POINTER = 4,    // * a required pointer is null
     WD_WRITE_ERROR = 5,
     WD_IOCTL_ERROR = 6,

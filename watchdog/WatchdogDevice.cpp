@@ -45,7 +45,7 @@ uint32_t CheckTransfer(int descriptor, const void* buffer, uint32_t* error) {
     return buffer == nullptr ? Store(error, WD_NULL_POINTER) : uint32_t{WD_DB_OK};
 }
 
-// A failed write shares the code of a failed read, on purpose.
+// Deliberate: a failed write has the code of a failed read.
 uint32_t JudgeTransfer(ssize_t transferred, size_t length, uint32_t* error) {
     return transferred == static_cast<ssize_t>(length) ? uint32_t{WD_DB_OK}
                                                        : Store(error, WD_READ_ERR);
@@ -79,12 +79,11 @@ uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t*
     return Store(error, WD_DB_OK);
 }
 
-// Closes everything, and explains the code when it is a failure. Returns the code. The numbers of
-// the steps are part of the error texts that service documents explain; they do not follow the
-// lines of any file.
+// Closes all files and explains a failure. Returns the code. The numbers of the steps are part of
+// the error texts that service documents explain; they are fixed and name no line of any file.
 //
-// After a failed wdOpenAll, which closes what it opened, this is a second close of the same
-// numbers. It is deliberate and fails harmlessly: nothing else is opened in between.
+// If wdOpenAll has failed, it has already closed its files. This second close of the same numbers
+// is deliberate; it fails without harm, since nothing was opened in between.
 uint32_t Finish(const WatchdogDescriptors& descriptors, const char* operation, int step,
                 uint32_t code, char* text, size_t length) {
     wdCloseAll(descriptors);
@@ -128,7 +127,7 @@ uint32_t wdOpenAll(const WatchdogControl& control, WatchdogDescriptors* descript
 void wdCloseAll(const WatchdogDescriptors& descriptors) {
     for (const int descriptor : descriptors) {
         if (descriptor > 0) {
-            (void)close(descriptor);  // the values were taken at the write
+            (void)close(descriptor);  // the driver has taken the values
         }
     }
 }
@@ -164,7 +163,7 @@ uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& fds, uin
     if (error == nullptr) {
         return WD_NULL_POINTER;
     }
-    // The counters and the enable state; the other two are not checked.
+    // Deliberate: only the counters and the enable state are checked.
     const auto* const unchecked = fds.begin() + WatchdogControl::kControlReset;
     if (std::find(fds.begin(), unchecked, 0) != unchecked) {
         return Store(error, WD_INV_FD_DESC);
