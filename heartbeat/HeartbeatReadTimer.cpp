@@ -37,7 +37,7 @@ bool HeartbeatReadTimer::Open(const char* caller) {
         return false;
     }
     // Non-blocking: a pipe in the file's place must not stop the monitor. O_SYNC and the mode have
-    // no effect on a read. They are kept so that system-call traces of old and new terminals agree.
+    // no effect on a read; they are kept so that a system-call trace looks as it always has.
     fd_ = open(GetFilename(), O_RDONLY | O_NONBLOCK | O_SYNC, 0500);
     if (fd_ == -1) {
         LogMessage(0, "%s: %s: Failed to open the heartbeat file %s for reading: %s\n", name_,
@@ -64,8 +64,8 @@ bool HeartbeatReadTimer::Read() {
     }
     previousCount_ = lastCount_;
     uint32_t count = 0;
-    // The kernel reports no error for a short read. The text is then "Success", and not the error
-    // of an earlier call.
+    // A short read is no error to the kernel: the text then says "Success", not whatever an
+    // earlier call left behind.
     errno = 0;
     if (read(fd_, &count, sizeof(count)) != ssize_t{sizeof(count)}) {
         LogMessage(0, "%s: %s: Failed to read from the heartbeat file %s: %s\n", name_, kCaller,
@@ -82,7 +82,7 @@ void HeartbeatReadTimer::OnTimeout(unsigned int /*monotonicMs*/, void* out) {
     if (out != nullptr) {
         *static_cast<bool*>(out) = result;
     } else if (resultCallback_) {
-        // This handle keeps the callback alive if it replaces itself.
+        // Through a handle of its own: the callback may replace itself.
         const CallbackRef1<bool> callback = resultCallback_;
         callback->Invoke(result);
     }

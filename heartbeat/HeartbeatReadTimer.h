@@ -6,8 +6,8 @@
 
 namespace Quenda {
 
-// Reads the application's heartbeat file once per timeout and keeps the last two counts: if they
-// differ, the application is alive.
+// Reads the application's heartbeat file once per timeout and keeps the last two counts, so that
+// its owner can tell progress from silence.
 //
 // The file's first 4 bytes are one unsigned 32-bit counter in the machine's byte order; 0 means
 // that the application declares an error. The file is opened for every check and closed again: a
@@ -22,14 +22,13 @@ public:
     void ClearResultCallback();
 
     bool Stop() override;
-    // True when the last two counts are equal. They also are before the first check and after a
-    // failed one, so ask only after a check that succeeded.
+    // True when the last two counts are equal. That also holds before the first check and after a
+    // failed one: ask only when the check itself succeeded.
     bool HeartbeatMissed() const override { return previousCount_ == lastCount_; }
     bool Open(const char* caller) override;
     void OnTimeout(unsigned int monotonicMs, void* out) override;
 
-    // Closes the file for the operation named `caller`. After a failure it still counts as open,
-    // and later checks fail.
+    // Closes the file for the operation named `caller`. After a failure it still counts as open.
     bool Close(const char* caller);
     // One check: false when the file could not be opened, read whole or closed.
     bool Read();

@@ -32,7 +32,7 @@ HeartbeatTimerBase::HeartbeatTimerBase(const char* name)
 }
 
 HeartbeatTimerBase::~HeartbeatTimerBase() {
-    // Not the virtual one: the derived object no longer exists.
+    // This class's own, as the derived part is gone.
     (void)HeartbeatTimerBase::Stop();
 }
 
@@ -47,8 +47,7 @@ bool HeartbeatTimerBase::Start() {
 }
 
 void HeartbeatTimerBase::Arm() {
-    // Deliberately wraps at 32 bits: from 4294968 seconds on, the period is shorter than the
-    // timeout.
+    // Wraps at 32 bits: a timeout of 4294968 seconds and more becomes a shorter period.
     timer_.Start(GetTimeout() * 1000U);
 }
 
@@ -91,8 +90,8 @@ bool HeartbeatTimerBase::Reload(const OptionsNode& newOptions) {
                    timeout);
         return RejectOptions();
     }
-    // Deliberately never true, since the multiplication wraps: longer timeouts are accepted, and
-    // their period wraps.
+    // Compared in milliseconds of 32 bits, which are never more than the limit's: the test never
+    // holds, on purpose. Longer timeouts are accepted and their period wraps.
     if (static_cast<uint32_t>(timeout) * 1000U / 1000U > kLongestTimeoutSeconds) {
         LogMessage(0, "%s: %s: Heartbeat timeout may be no longer than %u seconds: %d\n", name_,
                    "Reload", kLongestTimeoutSeconds, timeout);
@@ -139,7 +138,7 @@ uint32_t HeartbeatTimerBase::GetSecondsToNextCheck() const {
     if (!timer_.IsActive()) {
         return 0;
     }
-    // Negative if the check is overdue because the one before it still waits for a command.
+    // Overdue while a check before it still waits for a command.
     const TimeValue remaining = timer_.Expiry() - TimeValue::Now();
     return remaining.Seconds() < 0 ? 0 : static_cast<uint32_t>(remaining.Seconds());
 }

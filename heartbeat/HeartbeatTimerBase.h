@@ -12,11 +12,11 @@ namespace Quenda {
 class OptionsNode;
 
 // The core of a periodic heartbeat check: its options, its timer and the descriptor of the
-// heartbeat file. The derived class defines the check itself.
+// heartbeat file. What a check does is for the derived class to say.
 //
 // Options: "heartbeat_filename" (text) and "heartbeat_timeout_sec" (integer seconds, above 0).
 // The period of the check is the timeout; the first check comes after a random delay below half
-// of it. Failures are logged; each line starts with the object's name and the operation.
+// of it. Failures are logged, each line beginning with the object's name and the operation.
 class HeartbeatTimerBase {
 public:
     // `name` is kept, not copied.
@@ -29,9 +29,9 @@ public:
     virtual bool Start();
     // Stops the timer, closes the file and forgets the count. False when nothing was active.
     virtual bool Stop();
-    // Applies new options and restarts an active timer. Options equal to the last applied ones
-    // change nothing, not even the timer. After a failure the timer is stopped, and even the same
-    // options are applied the next time.
+    // Applies new options; options equal to the last applied ones change nothing, not even the
+    // timer. An active timer is restarted. After a failure the timer is stopped, and the same
+    // options are not skipped the next time.
     virtual bool Reload(const OptionsNode& newOptions);
     // Whether the timer is armed or the file is open.
     virtual bool IsActive() const;
@@ -41,13 +41,13 @@ public:
     virtual bool CheckNow();
     // Opens the heartbeat file for the operation named `caller`.
     virtual bool Open(const char* caller) = 0;
-    // One check. `out` is null when the timer calls, and otherwise points to a bool for the result.
+    // One check: for the timer when `out` is null, otherwise with a bool at `out` for its result.
     virtual void OnTimeout(unsigned int monotonicMs, void* out) = 0;
 
     const char* GetFilename() const;
     uint32_t GetTimeout() const;  // seconds
     uint32_t GetLastCount() const { return lastCount_; }
-    // The application reports an error by a count of 0.
+    // The application declares an error by a count of 0.
     bool InErrorState() const { return lastCount_ == 0; }
     // Whole seconds; 0 when the timer is not armed, and while a check is overdue.
     uint32_t GetSecondsToNextCheck() const;

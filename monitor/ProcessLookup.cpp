@@ -29,7 +29,8 @@ bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-// Lasts the whole second: signals to this process are handled and do not shorten it.
+// Gives the signalled processes their second, whatever signals come meanwhile: they are let in,
+// and the pause goes on to its end.
 void Pause() {
     timespec end{};
     (void)clock_gettime(CLOCK_MONOTONIC, &end);  // cannot fail with this clock
@@ -60,16 +61,6 @@ bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
 }
 
-int32_t FindProcessExcept(int32_t excluded, const char* name) {
-    std::vector<int32_t> pids;
-    if (!CollectProcessIds(name, pids)) {
-        return -1;
-    }
-    const auto found =
-        std::find_if(pids.begin(), pids.end(), [=](int32_t pid) { return pid != excluded; });
-    return found == pids.end() ? 0 : *found;
-}
-
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
@@ -82,7 +73,7 @@ bool ReadStartTime(int32_t pid, uint64_t& ticks) {
     if (!ReadStatLine(pid, line, sizeof(line))) {
         return false;
     }
-    // The name, field 2, may contain blanks and parentheses, so the count starts after it.
+    // Fields are counted behind the name, which may hold blanks and parentheses.
     const char* at = strrchr(line, ')');
     for (int field = 2; field < kStartTimeField && at != nullptr; ++field) {
         at = strchr(at + 1, ' ');
@@ -108,7 +99,7 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
         isalpha(static_cast<unsigned char>(nameEnd[2])) == 0 || !IsSpace(nameEnd[3])) {
         return false;
     }
-    // Copied, since the scan must not read on past the end.
+    // Copied, so that a number at the end of what is looked at ends there.
     char number[kLineSize] = {};
     (void)std::copy(nameEnd + 4, end, number);
     int32_t parent = 0;
@@ -136,11 +127,22 @@ bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
 }
 
 int32_t FindProcessId(const char* name) {
-    return FindProcessExcept(0, name);  // no process has the PID 0
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    return pids.empty() ? 0 : pids.front();
 }
 
 int32_t FindOtherProcessId(const char* name) {
-    return FindProcessExcept(getpid(), name);
+    const int32_t self = getpid();
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    const auto other =
+        std::find_if(pids.begin(), pids.end(), [self](int32_t pid) { return pid != self; });
+    return other == pids.end() ? 0 : *other;
 }
 
 bool IsProcessRunning(const char* name, int32_t pid) {
@@ -156,10 +158,17 @@ bool SignalProcessesByName(const char* name, int signal) {
         return false;
     }
     const int32_t self = getpid();
-    (void)std::partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
+    bool includesSelf = false;
     bool allSignalled = true;
     for (const int32_t pid : pids) {
-        allSignalled = SignalOne(pid, signal) && allSignalled;
+        if (pid == self) {
+            includesSelf = true;
+        } else if (!SignalOne(pid, signal)) {
+            allSignalled = false;
+        }
+    }
+    if (includesSelf && !SignalOne(self, signal)) {
+        allSignalled = false;
     }
     Pause();
     return allSignalled;

@@ -11,7 +11,8 @@
 #include "core/log/Log.h"
 #include "core/output/StdioWritable.h"
 #include "core/signals/SignalWindow.h"
-#include "monitor/HealthCheck.h"
+#include "monitor/MonitorState.h"
+#include "monitor/MonitorWatchdog.h"
 #include "monitor/StatusReport.h"
 
 namespace Monitor {
@@ -26,7 +27,7 @@ namespace {
     exit(0);
 }
 
-// An exception must not leave a signal handler: without memory there is no report.
+// An exception must not leave a handler: a report that finds no memory is given up.
 void Report(void (*write)()) {
     try {
         write();
@@ -51,7 +52,7 @@ void OnStatusRequest(int /*signal*/) {
 }
 
 [[noreturn]] void OnQueryInterrupt(int /*signal*/) {
-    // Only async-signal-safe calls: the signal may have interrupted stdio or exit.
+    // The query itself may be inside exit or stdio just now.
     (void)!write(STDERR_FILENO, "\n", 1);
     _exit(1);
 }
@@ -79,7 +80,7 @@ sigset_t DaemonsSignals() {
 void PrepareSignals(bool detached) {
     (void)signal(SIGUSR1, SIG_IGN);  // none of the calls can fail with these signals
     (void)signal(SIGCHLD, SIG_DFL);
-    // Empty handlers, because children would inherit SIG_IGN.
+    // Empty handlers instead of SIG_IGN, which the programs that the daemon starts would inherit.
     (void)signal(SIGXFSZ, [](int) {});
     if (detached) {
         (void)signal(SIGHUP, [](int) {});
@@ -95,9 +96,9 @@ void HoldSignals() {
 
 void InstallSignalHandlers() {
     struct sigaction action {};
-    // As signal(2) does: an interrupted wait for a child continues.
+    // What signal(2) asks for: an interrupted wait for a child goes on afterwards.
     action.sa_flags = SA_RESTART;
-    // No handler interrupts another one.
+    // No handler cuts into another one's work either.
     action.sa_mask = DaemonsSignals();
     for (const HandledSignal& handled : kHandled) {
         action.sa_handler = handled.handler;

@@ -11,7 +11,7 @@
 #include <cstring>
 #include <string>
 
-#include "monitor/MonitorSettings.h"
+#include "monitor/MonitorState.h"
 #include "monitor/ProcessLookup.h"
 #include "monitor/StatusReport.h"
 
@@ -19,9 +19,21 @@ namespace Monitor {
 
 namespace {
 
-constexpr unsigned int kBudgetSeconds = 10;  // for the whole query, counted in polls
+constexpr unsigned int kBudgetSeconds = 10;
 constexpr unsigned int kPollMs = 10;
-constexpr unsigned int kPolls = kBudgetSeconds * 1000 / kPollMs;
+
+// The time that the whole query may take, counted in polls.
+class PollBudget {
+public:
+    bool IsSpent() const { return polls_ * kPollMs >= kBudgetSeconds * 1000; }
+    void WaitForNextPoll() {
+        usleep(kPollMs * 1000);
+        ++polls_;
+    }
+
+private:
+    unsigned int polls_ = 0;
+};
 
 // The status file's modification time; false, with `time` unchanged, while there is no file.
 bool ReadModificationTime(timespec& time) {
@@ -33,29 +45,39 @@ bool ReadModificationTime(timespec& time) {
     return true;
 }
 
-// Deliberate: seconds and nanoseconds are compared separately. After the wall clock was set back, a
-// change is noticed if its nanoseconds are greater, and the query times out otherwise.
+// Each part is compared on its own. After the wall clock was set back, a change may stay unseen.
 bool IsNewer(const timespec& time, const timespec& noted) {
     return time.tv_sec > noted.tv_sec || time.tv_nsec > noted.tv_nsec;
 }
 
-// Waits until a poll sees a new time and the next one sees the same time: then the file is
-// complete. False if that takes all polls.
-bool AwaitReport(timespec noted) {
-    bool hasChanged = false;
-    for (unsigned int polls = 1; polls <= kPolls; ++polls) {
-        usleep(kPollMs * 1000);
+bool IsSame(const timespec& time, const timespec& noted) {
+    return time.tv_sec == noted.tv_sec && time.tv_nsec == noted.tv_nsec;
+}
+
+void WaitForChange(timespec& noted, PollBudget& budget) {
+    while (!budget.IsSpent()) {
+        budget.WaitForNextPoll();
         timespec time{};
-        if (!ReadModificationTime(time) || (!hasChanged && !IsNewer(time, noted))) {
+        if (ReadModificationTime(time) && IsNewer(time, noted)) {
+            noted = time;
+            return;
+        }
+    }
+}
+
+// The file is complete when two polls in a row see the same time.
+void WaitForRest(timespec& noted, PollBudget& budget) {
+    while (!budget.IsSpent()) {
+        budget.WaitForNextPoll();
+        timespec time{};
+        if (!ReadModificationTime(time)) {
             continue;
         }
-        if (hasChanged && time.tv_sec == noted.tv_sec && time.tv_nsec == noted.tv_nsec) {
-            return polls < kPolls;
+        if (IsSame(time, noted)) {
+            return;
         }
-        hasChanged = true;
         noted = time;
     }
-    return false;
 }
 
 void PrintStatusFile() {
@@ -94,7 +116,10 @@ void QueryStatus() {
                 strerror(errno));
         return;
     }
-    if (!AwaitReport(noted)) {
+    PollBudget budget;
+    WaitForChange(noted, budget);
+    WaitForRest(noted, budget);
+    if (budget.IsSpent()) {
         fprintf(stderr,
                 "TIMEOUT! Keldra Monitor %d did not update the status file %s within %u seconds\n",
                 pid, kStatusFile, kBudgetSeconds);

@@ -11,14 +11,13 @@
 #include "core/event/EventLoop.h"
 #include "core/log/Log.h"
 #include "core/output/StringWritable.h"
-#include "monitor/HealthCheck.h"
-#include "monitor/MonitorSettings.h"
+#include "monitor/MonitorState.h"
 
 namespace Monitor {
 
 namespace {
 
-constexpr mode_t kStatusFileMode = 0644;  // independent of the umask
+constexpr mode_t kStatusFileMode = 0644;  // whatever the umask that the daemon was started with
 
 const char* TrueOrFalse(bool value) {
     return value ? "true" : "false";
@@ -121,9 +120,9 @@ void UpdateStatusFile() {
                            strerror(errno));
         return;
     }
-    (void)fchmod(fd, kStatusFileMode);  // without it the report is still of use to some
-    // One write over the old report, then the old rest is cut off: a reader never finds the file
-    // empty in between. If the disk is full, the end is missing, and the reader notices.
+    (void)fchmod(fd, kStatusFileMode);  // a report that few can read is better than none
+    // Written at once, over the old report, whose rest is cut off: a reader never finds the file
+    // empty in between. What a full disk does not take, the reader finds missing.
     const std::string& text = report.Text();
     const ssize_t written = write(fd, text.data(), text.size());
     (void)!ftruncate(fd, std::max<ssize_t>(written, 0));

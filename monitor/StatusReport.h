@@ -1,5 +1,5 @@
 // The status report: the monitor's settings, counters, state, heartbeat reader and event loop as
-// plain text. Operators and scripts read it, so its lines never change.
+// plain text. Operators and their scripts read it, so its lines never change.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ constexpr char kStatusFile[] = "/var/run/quenda/keldra_monitor_status.log";
 
 void WriteStatusReport(Quenda::Writable* out);
 
-// Whether the text has the end of a report, and nothing after it.
+// Whether the text is a report with its end, and with nothing after it.
 bool IsWholeReport(const std::string& text);
 
 // Opens the status file, with O_RDONLY or O_WRONLY and further flags. Refuses anything but a
@@ -21,7 +21,7 @@ bool IsWholeReport(const std::string& text);
 // Returns -1, with errno set, on failure.
 int OpenStatusFile(int flags);
 
-// Replaces the status file's content by a new report. A failure to open the file is logged.
+// Writes the report to the status file, anew. A failure to open the file is logged.
 void UpdateStatusFile();
 
 }  // namespace Monitor

@@ -4,8 +4,7 @@
 
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StringWritable.h"
-#include "monitor/HealthCheck.h"
-#include "monitor/MonitorSettings.h"
+#include "monitor/MonitorState.h"
 
 using namespace Monitor;
 

@@ -33,19 +33,23 @@ control.tar.gz
 data.tar.gz"
 dpkg-deb -c "$1" | grep -v '^drwxr-xr-x root/root ' | awk '{ print $1, $2, $6 }' |
   expect files "${terminal:+-rw-r--r-- root/root .$terminal
-}-rwxr-xr-x root/root ./etc/init.d/keldra-monitor$unit
+}-rwxr-xr-x root/root ./etc/init.d/keldra-metrics
+-rwxr-xr-x root/root ./etc/init.d/keldra-monitor$unit
+-rwxr-xr-x root/root ./usr/sbin/keldra-metrics
 -rwxr-xr-x root/root ./usr/sbin/keldra_monitor$history
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/changelog.gz
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright
 -rw-r--r-- root/root ./usr/share/doc/keldra-monitor/copyright.jsoncpp
 -rwxr-xr-x root/root ./usr/share/doc/keldra-monitor/examples/keep-reboot-reason.sh$workstation$overrides
+-rw-r--r-- root/root ./usr/share/man/man8/keldra-metrics.8.gz
 -rw-r--r-- root/root ./usr/share/man/man8/keldra_monitor.8.gz"
 # No script of an installation starts or stops a monitor.
 dpkg-deb --ctrl-tarfile "$1" | tar t | LC_ALL=C sort | expect control "./
 ./conffiles
 ./control
 ./md5sums$scripts"
-dpkg-deb -I "$1" conffiles | expect conffiles "/etc/init.d/keldra-monitor${terminal:+
+dpkg-deb -I "$1" conffiles | expect conffiles "/etc/init.d/keldra-metrics
+/etc/init.d/keldra-monitor${terminal:+
 $terminal}"
 dpkg-deb -f "$1" Depends | sed 's/[0-9][0-9.]*)/N)/g' | grep -o 'lib\(c6\|stdc++6\) (>= N)' |
   expect dependencies "libc6 (>= N)

@@ -48,7 +48,7 @@ struct EndToEndPackageTest : EndToEnd {
         (void)Shell("cp /bin/sleep /tmp/keldra_monitor; /tmp/keldra_monitor 99 &");
     }
 
-    const std::string action_ = "/etc/init.d/keldra-monitor ";
+    std::string action_ = "/etc/init.d/keldra-monitor ";
 };
 
 TEST_F(EndToEndPackageTest, ServiceScriptStartsReplacesAndStopsTheDaemon) {
@@ -203,4 +203,27 @@ TEST_F(EndToEndPackageTest, NamesakeOfTheDaemonIsNoMonitorButInTheWayOfOne) {
     Service("restart", 1, "the old monitor goes on.\n");
     Service("stop", 0, "keldra_monitor has been stopped.");
     EXPECT_EQ(LogLines("shutting down gracefully in response to signal 15"), 1);
+}
+
+TEST_F(EndToEndPackageTest, MetricsAreServedAtTheAddressOfTheSettingsAlone) {
+    if (Shell("command -v busybox").status != 0) {
+        GTEST_SKIP() << "busybox, which serves the page, is not installed";
+    }
+    const auto address = [this](const std::string& text) {
+        files_.Write("package/etc/default/keldra-metrics", "KELDRA_METRICS_ADDRESS=" + text + "\n");
+    };
+    action_ = "/etc/init.d/keldra-metrics ";
+    Service("start", 0, "Nothing is served");
+    address("39117");  // would be open at every address
+    Service("start", 6, "39117 is not an address with a port");
+    address("127.9.1.17:39117");
+    Service("start", 0, "http://127.9.1.17:39117/cgi-bin/metrics is served.\n");
+    Service("restart", 0, "is served.\n");
+    Service("status", 0, "The metrics are served.\n");
+    EXPECT_NE(Shell("busybox wget -qO- 'http://127.9.1.17:39117/cgi-bin/metrics?/tmp/x+y'")
+                  .output.find("\nkeldra_monitor_up 0\n"),
+              std::string::npos);
+    EXPECT_NE(Shell("busybox wget -qO- http://127.0.0.1:39117/cgi-bin/metrics").status, 0);
+    Service("stop", 0, "");
+    Service("status", 3, "The metrics are not served.\n");
 }

@@ -1,4 +1,4 @@
-#include "monitor/MonitorSettings.h"
+#include "monitor/CommandLine.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
