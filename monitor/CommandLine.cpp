@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "core/text/TargetNumbers.h"
+#include "core/numbers/TargetNumbers.h"
 
 namespace Monitor {
 

@@ -14,8 +14,8 @@
 #include <ctime>
 #include <memory>
 
+#include "core/numbers/TargetNumbers.h"
 #include "core/signals/SignalWindow.h"
-#include "core/text/TargetNumbers.h"
 
 namespace Monitor {
 

@@ -4,8 +4,8 @@
 
 #include "core/event/EventLoop.h"
 #include "core/event/FileDescriptorHandler.h"
+#include "core/numbers/TargetNumbers.h"
 #include "core/output/Writable.h"
-#include "core/text/TargetNumbers.h"
 #include "core/timer/TimeKeeper.h"
 
 namespace Quenda {

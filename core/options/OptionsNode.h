@@ -3,16 +3,17 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/callback/Callback.h"
-#include "core/output/Writable.h"
 #include "core/text/SharedText.h"
 #include "json/value.h"
 
 namespace Quenda {
 
 class OptionsNode;
+class Writable;
 
 // Two words that a node hands to every node derived from it. The tree gives them no meaning.
 using OptionsContext = std::array<uintptr_t, 2>;
@@ -37,11 +38,14 @@ using MemberPredicate = CallbackRef<bool(const char*)>;
 // in the node that was asked (`Error`); a call that succeeds leaves an earlier message alone.
 // Names may be null and are then found nowhere. A getter with a default gives that on every
 // failure, of whatever kind, and says false; a getter without one leaves its output alone. A value
-// in which arrays and objects nest in more than JsonValue::kMaxNesting levels is neither copied nor
+// in which arrays and objects nest in more than kMaxNesting levels is neither copied nor
 // written out: that fails with "Invalid operation: OptionsNode is nested too deeply". A value
 // that becomes a member or an element may nest in one level less.
 class OptionsNode {
 public:
+    // Each level costs stack, and no real document needs so many.
+    static constexpr unsigned kMaxNesting = 1000;
+
     // Empty: views nothing.
     OptionsNode() = default;
     // Views the value; null makes a node that views a null value of its own.
@@ -111,9 +115,8 @@ public:
     const Json::Value& Value() const { return IsEmpty() ? Json::Value::nullSingleton() : *value_; }
 
 protected:
-    // Keep the message; they give false.
+    // Keeps the message and gives false.
     bool Fail(const char* message) const;
-    bool FailTooDeep() const;
     void SetError(SharedText message) const { error_ = std::move(message); }
     // Fails when the value nests deeper than that.
     bool CheckNesting(const Json::Value& value, unsigned levels) const;
@@ -124,10 +127,14 @@ protected:
     void SetOwnValue(const Json::Value& value);
 
 private:
+    template <typename T>
+    using Getter = bool (OptionsNode::*)(T& out, const Json::Value& value) const;
+
     OptionsNode Derive(const Json::Value* value) const;
-    // The text to scan, or the member to read; null after a failure.
-    const char* GetText(const Json::Value& value) const;
-    const Json::Value* GetPresentMember(const char* name) const;
+    // True for null; else keeps the message of the failure.
+    bool Succeed(const char* failure) const;
+    template <typename T>
+    bool GetMemberValue(T& out, const char* name, T defaultValue, Getter<T> get) const;
 
     const Json::Value* value_ = nullptr;
     Json::Value own_;

@@ -3,15 +3,17 @@
 #include <utility>
 
 #include "core/options/JsonValue.h"
-#include "core/options/internal/JsonEdit.h"
+#include "core/options/internal/JsonMerge.h"
+#include "core/options/internal/JsonTree.h"
 
 namespace Quenda {
 
 namespace {
 
 // What is put into a document may nest one level less than what can be read out of it.
-constexpr unsigned kMaxSourceNesting = JsonValue::kMaxNesting - 1;
+constexpr unsigned kMaxSourceNesting = OptionsNode::kMaxNesting - 1;
 
+constexpr char kNullNode[] = "Invalid operation: merge on Null OptionsNode(s)";
 constexpr char kMissingObject[] = "Invalid operation: object does not exist";
 constexpr char kMoveToSelf[] = "Invalid operation: move object from self to self";
 
@@ -51,7 +53,7 @@ bool OptionsNodeEdit::HoldsObject() const {
 }
 
 const Json::Value* OptionsNodeEdit::FindMember(const char* name) const {
-    return editValue_ == nullptr ? nullptr : JsonValue::FindMember(*editValue_, name);
+    return editValue_ == nullptr ? nullptr : JsonTree::FindMember(*editValue_, name);
 }
 
 bool OptionsNodeEdit::HoldsArray() const {
@@ -69,7 +71,7 @@ bool OptionsNodeEdit::SetComment(const char* text) {
     if (editValue_ == nullptr || text == nullptr) {
         return Fail("Null OptionsNodeEdit or invalid comment");
     }
-    JsonValue::SetSameLineComment(*editValue_, GetCommentText(text));
+    JsonTree::SetSameLineComment(*editValue_, GetCommentText(text));
     return true;
 }
 
@@ -77,13 +79,13 @@ bool OptionsNodeEdit::SetLeafValue(const char* name, Json::Value value, const ch
     if (!HoldsObject() || name == nullptr) {
         return Fail("Invalid operation: OptionsNodeEdit is not object type");
     }
-    Json::Value& member = DemandMember(*editValue_, name);
+    Json::Value& member = JsonTree::DemandMember(*editValue_, name);
     if (value.isNull() || member.isObject() || member.isArray()) {
         return Fail("Invalid operation: the child node is not leaf node");
     }
     member.swapPayload(value);
     if (comment != nullptr) {
-        JsonValue::SetSameLineComment(member, GetCommentText(comment));
+        JsonTree::SetSameLineComment(member, GetCommentText(comment));
     }
     return Changed();
 }
@@ -119,7 +121,7 @@ bool OptionsNodeEdit::MayAdd(const char* name, const OptionsNode& source, bool r
     if (source.Value().isNull() || &source.Value() == editValue_) {
         return Fail("Invalid operation: add empty object or itself");
     }
-    if (!replace && JsonValue::FindMember(*editValue_, name) != nullptr) {
+    if (!replace && JsonTree::FindMember(*editValue_, name) != nullptr) {
         return Fail("Invalid operation: object with the same name exists");
     }
     return true;
@@ -135,7 +137,7 @@ bool OptionsNodeEdit::PutMember(const char* name, const OptionsNode& source) {
     }
     // Before anything changes: the source may be a part of this value, or the other way round.
     Json::Value copy = source.Value();
-    AssignValue(DemandMember(*editValue_, name), std::move(copy));
+    JsonTree::AssignValue(JsonTree::DemandMember(*editValue_, name), std::move(copy));
     return Changed();
 }
 
@@ -143,7 +145,7 @@ bool OptionsNodeEdit::ModifyMember(const char* name, const OptionsNode& source) 
     if (!HoldsObject()) {
         return Fail("Invalid operation: cannot modify non-object OptionsNodesEdit");
     }
-    if (JsonValue::FindMember(source.Value(), name) == nullptr) {
+    if (JsonTree::FindMember(source.Value(), name) == nullptr) {
         return Fail("Invalid operation: object of the name does not exist");
     }
     return AddMember(name, source, true);
@@ -163,7 +165,7 @@ bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, boo
     if (!HoldsObject() || newName == nullptr || (old == nullptr && !allowMissing)) {
         return Fail(kMissingObject);
     }
-    Json::Value& renamed = DemandMember(*editValue_, newName);
+    Json::Value& renamed = JsonTree::DemandMember(*editValue_, newName);
     if (old == &renamed) {
         return Changed();  // both names are the same
     }
@@ -171,7 +173,7 @@ bool OptionsNodeEdit::RenameMember(const char* newName, const char* oldName, boo
     if (old != nullptr) {
         (void)editValue_->removeMember(oldName, &removed);
     }
-    AssignValue(renamed, std::move(removed));
+    JsonTree::AssignValue(renamed, std::move(removed));
     return Changed();
 }
 
@@ -189,8 +191,8 @@ bool OptionsNodeEdit::MoveMember(OptionsNodeEdit& destination, const char* newNa
         return false;
     }
     const Json::Value* replaced = destination.FindMember(newName);
-    if (IsPartOf(*destination.editValue_, *moved) ||
-        (replaced != nullptr && IsPartOf(*moved, *replaced))) {
+    if (JsonTree::IsPartOf(*destination.editValue_, *moved) ||
+        (replaced != nullptr && JsonTree::IsPartOf(*moved, *replaced))) {
         return destination.Fail(kMoveToSelf);
     }
     return destination.PutMember(newName, member) && RemoveMember(name);
@@ -216,7 +218,7 @@ bool OptionsNodeEdit::PutElement(uint32_t index, const OptionsNode& source) {
         return false;
     }
     Json::Value copy = source.Value();  // as in PutMember
-    AssignValue(DemandElement(*editValue_, index), std::move(copy));
+    JsonTree::AssignValue(JsonTree::DemandElement(*editValue_, index), std::move(copy));
     return Changed();
 }
 
@@ -231,6 +233,36 @@ bool OptionsNodeEdit::Truncate(uint32_t size) {
     }
     editValue_->resize(size);
     return true;
+}
+
+// Both read copies: a source may be a part of this value, or this value a part of it.
+
+bool OptionsNodeEdit::Overlay(const OptionsNode& source, uint32_t maxDepth) {
+    if (editValue_ == nullptr || source.IsEmpty()) {
+        return Fail(kNullNode);
+    }
+    if (!CheckNesting(source.Value(), kMaxNesting)) {
+        return false;
+    }
+    JsonTree::OverlayValue(*editValue_, Json::Value(source.Value()), maxDepth);
+    (void)Changed();
+    return false;  // on purpose: only the message tells a failure
+}
+
+bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayIds) {
+    if (editValue_ == nullptr || source.IsEmpty()) {
+        return Fail(kNullNode);
+    }
+    if (!CheckNesting(source.Value(), kMaxNesting) ||
+        !CheckNesting(arrayIds.Value(), kMaxNesting)) {
+        return false;
+    }
+    std::string message = JsonTree::MergeValue(*editValue_, Json::Value(source.Value()),
+                                               Json::Value(arrayIds.Value()));
+    const bool merged = message.empty();
+    SetError(std::move(message));
+    (void)Changed();
+    return merged;
 }
 
 }  // namespace Quenda

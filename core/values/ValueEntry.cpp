@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
+#include "core/numbers/TargetNumbers.h"
 #include "core/text/FormatText.h"
-#include "core/text/TargetNumbers.h"
 
 namespace Quenda {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "core/text/TargetNumbers.h"
+#include "core/numbers/TargetNumbers.h"
 #include "core/values/ValueHistoryTable.h"
 
 namespace Quenda {

@@ -1,7 +1,7 @@
 #include "fuzz/options_model/OptionsEdits.h"
 
-#include "core/options/JsonValue.h"
 #include "core/options/OptionsNodeEdit.h"
+#include "core/options/internal/JsonTree.h"
 #include "fuzz/Require.h"
 #include "fuzz/options_model/OptionsModel.h"
 
@@ -10,7 +10,7 @@ namespace OptionsModel {
 namespace {
 
 using namespace Quenda;
-using JsonValue::NestsDeeperThan;
+using JsonTree::NestsDeeperThan;
 
 constexpr unsigned kMaxModelNesting = 100;  // deeper ones take the model too long
 
@@ -34,8 +34,8 @@ void MergeOrOverlay(Trial& trial) {
     const OptionsNode ids(trial.input.OneIn(4) ? nullptr : &trial.arrayIds);
     const bool merge = trial.input.Flip();
     const unsigned levels = trial.input.Number(0, 4);
-    const bool tooDeep = NestsDeeperThan(source.Value(), JsonValue::kMaxNesting) ||
-                         (merge && NestsDeeperThan(ids.Value(), JsonValue::kMaxNesting));
+    const bool tooDeep = NestsDeeperThan(source.Value(), OptionsNode::kMaxNesting) ||
+                         (merge && NestsDeeperThan(ids.Value(), OptionsNode::kMaxNesting));
     const bool compare = !NestsDeeperThan(source.Value(), kMaxModelNesting) &&
                          !NestsDeeperThan(ids.Value(), kMaxModelNesting) &&
                          !NestsDeeperThan(node.Value(), kMaxModelNesting);

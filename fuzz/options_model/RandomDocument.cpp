@@ -3,14 +3,16 @@
 #include <cmath>
 #include <iterator>
 
-#include "core/options/JsonValue.h"
+#include "core/options/OptionsNode.h"
+#include "core/options/internal/JsonTree.h"
 
 namespace OptionsModel {
 
 namespace {
 
-using namespace Quenda::JsonValue;
+using namespace Quenda::JsonTree;
 
+constexpr unsigned kMaxNesting = Quenda::OptionsNode::kMaxNesting;
 constexpr unsigned kMaxDepth = 5;  // of what is drawn value by value
 
 constexpr const char* kNames[] = {"a", "b", "id", "list", "name", ""};

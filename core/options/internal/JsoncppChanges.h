@@ -18,7 +18,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "core/options/internal/JsonComplaint.h"
+#include "core/options/internal/JsonTree.h"
 
 namespace Json {
 using UInt64 = uint64_t;

@@ -1,41 +1,15 @@
-// The part of OptionsNodeEdit that lays one tree over another and merges changes into it.
-#include <string>
-#include <utility>
+#include "core/options/internal/JsonMerge.h"
 
 #include "core/options/JsonValue.h"
-#include "core/options/OptionsNodeEdit.h"
-#include "core/options/internal/JsonEdit.h"
+#include "core/options/internal/JsonTree.h"
 #include "core/text/FormatText.h"
 
-namespace Quenda {
+namespace Quenda::JsonTree {
 
 namespace {
 
-constexpr char kNullNode[] = "Invalid operation: merge on Null OptionsNode(s)";
 constexpr char kArrayToNonArray[] = ": Cannot merge array to non-array";
 constexpr char kIdsMismatch[] = ": Array IDs type does not match destination type";
-
-void OverlayValue(Json::Value& destination, const Json::Value& source, uint32_t depth,
-                  uint32_t maxDepth) {
-    if (source.isNull()) {
-        return;
-    }
-    if (!source.isObject() || !JsonValue::IsObject(destination)) {
-        AssignValue(destination, source);
-        return;
-    }
-    for (auto member = source.begin(); member != source.end(); ++member) {
-        if (member->isNull()) {
-            continue;
-        }
-        Json::Value& target = DemandMember(destination, JsonValue::MemberName(member));
-        if (depth < maxDepth) {
-            OverlayValue(target, *member, depth + 1, maxDepth);
-        } else {
-            AssignValue(target, *member);
-        }
-    }
-}
 
 // How an element of a source's array compares with one of the destination's.
 enum class ElementMatch {
@@ -65,12 +39,12 @@ ElementMatch MatchElement(const Json::Value& destination, const Json::Value& sou
         if (id->isNull()) {
             continue;
         }
-        const std::string_view name = JsonValue::MemberName(id);
-        const Json::Value& sourceMember = JsonValue::MemberOrNull(source, name);
+        const std::string_view name = MemberName(id);
+        const Json::Value& sourceMember = MemberOrNull(source, name);
         if (sourceMember.isNull()) {
             return ElementMatch::kMissingInSource;
         }
-        const Json::Value& destinationMember = JsonValue::MemberOrNull(destination, name);
+        const Json::Value& destinationMember = MemberOrNull(destination, name);
         if (destinationMember.isNull()) {
             return ElementMatch::kMissingInDestination;
         }
@@ -82,7 +56,7 @@ ElementMatch MatchElement(const Json::Value& destination, const Json::Value& sou
     return ElementMatch::kSame;
 }
 
-// One step of the way from the root to the value that is merged into.
+// One step on the way from the root to the value that is merged into.
 struct MergeContext {
     const MergeContext* parent;  // null for the root
     const char* name;            // empty for an element of an array
@@ -92,8 +66,7 @@ struct MergeContext {
     std::string Path() const { return parent == nullptr ? "" : parent->Path() + "/" + name; }
 };
 
-// Returns the message of the failure that ended the merge, empty when all went well. What was
-// merged before it stays.
+// As `MergeValue`.
 std::string MergeInto(const MergeContext& context, const Json::Value& source,
                       const Json::Value& ids);
 
@@ -106,15 +79,15 @@ std::string MergeObject(const MergeContext& context, const Json::Value& source,
     if (!context.destination.isObject()) {
         return context.Path() + ": Cannot merge object to non-object";
     }
-    // The IDs must mirror the source. Others have no members to look up: refused.
+    // The IDs must mirror the source: in a value of another type no member can be looked up.
     if (!JsonValue::IsObject(ids) && !source.empty()) {
         return context.Path() + kIdsMismatch;
     }
     for (auto member = source.begin(); member != source.end(); ++member) {
-        const std::string_view name = JsonValue::MemberName(member);
-        // Made even for a null source member, which so adds a null one.
+        const std::string_view name = MemberName(member);
+        // Made even for a null source member: that adds a null one, on purpose.
         const MergeContext child{&context, name.data(), DemandMember(context.destination, name)};
-        std::string message = MergeInto(child, *member, JsonValue::MemberOrNull(ids, name));
+        std::string message = MergeInto(child, *member, MemberOrNull(ids, name));
         if (!message.empty()) {
             return message;
         }
@@ -127,7 +100,7 @@ std::string MergeElement(const MergeContext& context, const Json::Value& source,
                          const Json::Value& ids) {
     Json::Value& destination = context.destination;
     for (Json::ArrayIndex i = 0; i < destination.size(); ++i) {
-        // An array with gaps lacks some null elements; they come into being when looked at.
+        // An array with gaps lacks some null elements: reading one through this reference adds it.
         Json::Value& element = destination[i];
         switch (MatchElement(element, source, ids)) {
             case ElementMatch::kDifferent:
@@ -199,35 +172,30 @@ std::string MergeInto(const MergeContext& context, const Json::Value& source,
 
 }  // namespace
 
-// Both read copies: a source may be a part of this value, or this value a part of it.
-
-bool OptionsNodeEdit::Overlay(const OptionsNode& source, uint32_t maxDepth) {
-    if (editValue_ == nullptr || source.IsEmpty()) {
-        return Fail(kNullNode);
+void OverlayValue(Json::Value& destination, const Json::Value& source, uint32_t maxDepth) {
+    if (source.isNull()) {
+        return;
     }
-    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting)) {
-        return false;
+    if (!source.isObject() || !JsonValue::IsObject(destination)) {
+        AssignValue(destination, source);
+        return;
     }
-    OverlayValue(*editValue_, Json::Value(source.Value()), 0, maxDepth);
-    (void)Changed();
-    // The outcome is told by the message alone, on purpose.
-    return false;
+    for (auto member = source.begin(); member != source.end(); ++member) {
+        if (member->isNull()) {
+            continue;
+        }
+        Json::Value& target = DemandMember(destination, MemberName(member));
+        if (maxDepth > 0) {
+            OverlayValue(target, *member, maxDepth - 1);
+        } else {
+            AssignValue(target, *member);
+        }
+    }
 }
 
-bool OptionsNodeEdit::Merge(const OptionsNode& source, const OptionsNode& arrayIds) {
-    if (editValue_ == nullptr || source.IsEmpty()) {
-        return Fail(kNullNode);
-    }
-    if (!CheckNesting(source.Value(), JsonValue::kMaxNesting) ||
-        !CheckNesting(arrayIds.Value(), JsonValue::kMaxNesting)) {
-        return false;
-    }
-    std::string message = MergeInto({nullptr, "", *editValue_}, Json::Value(source.Value()),
-                                    Json::Value(arrayIds.Value()));
-    const bool merged = message.empty();
-    SetError(std::move(message));
-    (void)Changed();
-    return merged;
+std::string MergeValue(Json::Value& destination, const Json::Value& source,
+                       const Json::Value& arrayIds) {
+    return MergeInto({nullptr, "", destination}, source, arrayIds);
 }
 
-}  // namespace Quenda
+}  // namespace Quenda::JsonTree

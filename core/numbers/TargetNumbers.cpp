@@ -1,4 +1,4 @@
-#include "core/text/TargetNumbers.h"
+#include "core/numbers/TargetNumbers.h"
 
 #include <algorithm>
 #include <cmath>
