@@ -1,6 +1,9 @@
 #include "core/buildinfo/BuildRecord.h"
 
 #include <cstring>
+#include <iterator>
+
+#include "core/buildinfo/MakeBuildRecord.h"
 
 namespace Quenda {
 
@@ -19,6 +22,11 @@ bool operator==(const BuildRecord& a, const BuildRecord& b) {
         }
     }
     return true;
+}
+
+const BuildRecord& CoreBuildRecord() {
+    static const BuildRecord record = QUENDA_BUILD_RECORD("quenda_core");
+    return record;
 }
 
 }  // namespace Quenda

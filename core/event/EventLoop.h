@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "core/event/ActivitySet.h"
+#include "core/timer/TimeValue.h"
 
 namespace Quenda {
 
@@ -64,6 +65,10 @@ public:
 
     // Whether an error of the wait ends the loop (errno values).
     static bool IsFatalError(int error);
+    // The time-out for epoll_wait(2) in milliseconds: rounded down, so that the loop never sleeps
+    // past a timer. A wait of less than a millisecond becomes 1 ms, which is no busy poll. A wait
+    // that an int cannot hold is cut: waking early is harmless.
+    static int WaitTimeoutMs(const TimeValue& wait);
 
 private:
     static constexpr int kMaxEvents = 128;  // taken from the kernel in one wait

@@ -22,7 +22,7 @@ constexpr uint32_t kAllowed = EPOLLIN | EPOLLOUT | kExceptions;
 }  // namespace
 
 FileDescriptorHandler::FileDescriptorHandler(SharedText name, int fd, uint32_t events)
-    : name_(std::move(name)), fd_(fd), events_(events | kExceptions), allowed_(kAllowed) {}
+    : name_(std::move(name)), fd_(fd), events_(events | kExceptions) {}
 
 FileDescriptorHandler::FileDescriptorHandler(SharedText name)
     : FileDescriptorHandler(std::move(name), -1, EPOLLIN) {}
@@ -44,7 +44,7 @@ void FileDescriptorHandler::ResetCounts() {
 }
 
 bool FileDescriptorHandler::SetEvents(uint32_t events) {
-    const uint32_t wanted = (events & allowed_) | kExceptions;
+    const uint32_t wanted = (events & kAllowed) | kExceptions;
     if (wanted == events_) {
         return false;
     }

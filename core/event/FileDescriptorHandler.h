@@ -54,7 +54,6 @@ private:
     uint32_t readCount_ = 0;
     uint32_t writeCount_ = 0;
     uint32_t events_;
-    uint32_t allowed_;
 };
 
 }  // namespace Quenda

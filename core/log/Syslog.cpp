@@ -3,16 +3,21 @@
 #include <syslog.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "core/log/Log.h"
+#include "core/log/TraceList.h"
 #include "core/log/internal/SystemLogger.h"
+#include "core/options/OptionsNode.h"
 
 namespace Quenda {
 
 namespace {
+
+constexpr int32_t kDefaultLevel = 5;
 
 bool isOpen = false;
 const char* openIdent = nullptr;
@@ -85,6 +90,22 @@ size_t SysloggerWritable::Write(const void* data, size_t length) {
 SysloggerWritable& SyslogSink() {
     static SysloggerWritable sink;
     return sink;
+}
+
+void ApplySysloggerOptions(TraceList& list, const OptionsNode* options) {
+    // Read as a number, which a boolean is, too: 1 for true and 0 for false.
+    int32_t isOn = 0;
+    if (options == nullptr || options->IsEmpty() ||
+        !options->GetMemberValue(isOn, "syslogger_on", 0)) {
+        return;
+    }
+    if (isOn == 0) {
+        list.RemoveSink(&SyslogSink());
+        return;
+    }
+    int32_t level = kDefaultLevel;
+    (void)options->GetMemberValue(level, "syslogger_level", kDefaultLevel);  // 5 when it fails
+    list.AddSink(level, &SyslogSink());
 }
 
 }  // namespace Quenda

@@ -1,9 +1,12 @@
-// Syslog behind the log calls, and as an output sink.
+// Syslog behind the log calls and as an output sink, which options can switch on.
 #pragma once
 
 #include "core/output/Writable.h"
 
 namespace Quenda {
+
+class OptionsNode;
+class TraceList;
 
 // From now on the log calls reach the system logger too, with the facility LOG_DAEMON. `ident` is
 // kept, not copied: it must live until syslog is closed. An open syslog is closed first, so the
@@ -30,5 +33,10 @@ public:
 
 // The process's syslog sink, made on first use and deleted at exit.
 SysloggerWritable& SyslogSink();
+
+// Puts that sink into the trace list, or takes it out, as the options say: "syslogger_on" (boolean)
+// and "syslogger_level" (integer, 5 when it is missing). Changes nothing when the node is null or
+// empty, or "syslogger_on" is missing or cannot be read.
+void ApplySysloggerOptions(TraceList& list, const OptionsNode* options);
 
 }  // namespace Quenda

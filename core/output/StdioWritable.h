@@ -13,7 +13,9 @@ public:
     explicit StdioWritable(FILE* stream) : stream_(stream) {}
 
     using Writable::Write;
-    size_t Write(const void* data, size_t length) override;
+    size_t Write(const void* data, size_t length) override {
+        return fwrite(data, 1, length, stream_);
+    }
 
 private:
     FILE* stream_;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/output/Writable.h"
+#include "core/text/FormatText.h"
 
 namespace Quenda {
 
@@ -18,13 +19,20 @@ public:
     using Writable::Write;
 
     // `data` is taken as text that ends at its first zero byte, whatever `length` says.
-    size_t Write(const void* data, size_t length) override;
-    size_t VPrintf(const char* format, va_list arguments) override
-        __attribute__((format(printf, 2, 0)));
-    size_t Puts(const char* text) override;
+    size_t Write(const void* data, size_t /*length*/) override {
+        return Puts(static_cast<const char*>(data));
+    }
+    __attribute__((format(printf, 2, 0))) size_t VPrintf(const char* format,
+                                                         va_list arguments) override {
+        text_ += FormatTextV(format, arguments);
+        return text_.size();
+    }
+    size_t Puts(const char* text) override {
+        text_ += text;
+        return text_.size();
+    }
 
     const std::string& Text() const { return text_; }
-    void Clear() { text_.clear(); }
 
 private:
     std::string text_;

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "core/numbers/TargetNumbers.h"
-#include "core/values/ValueHistoryTable.h"
+#include "core/values/internal/ValueHistoryTable.h"
 
 namespace Quenda {
 
@@ -17,7 +17,7 @@ constexpr char kInvalidInterval[] = "Invalid timer interval\n";
 
 }  // namespace
 
-const ValueEntry* ValueList::History::Snapshot::Find(const char* name) const {
+const ValueEntry* ValueList::History::Sample::Find(const char* name) const {
     const auto found = std::find_if(values.begin(), values.end(), ValueFinder(name));
     return found == values.end() ? nullptr : &*found;
 }
@@ -40,7 +40,7 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
     } else if (is("delta") || is("rate")) {
         PrintDeltaTable(out, samples_, keys, is("rate"));
     } else if (is("snapshot")) {
-        TakeSnapshot(CurrentWallTime());
+        TakeSample(CurrentWallTime());
     } else if (is("periodic") && argc == 2) {
         Periodic(out, argv[1]);
     } else if (is("capture") && argc == 3) {
@@ -58,13 +58,13 @@ void ValueList::History::Command(Writable* out, int argc, const char* const* arg
     }
 }
 
-void ValueList::History::TakeSnapshot(const WallTime& now) {
+void ValueList::History::TakeSample(const WallTime& now) {
     samples_.push_back({now, owner_.Values()});
     DropOldest();
 }
 
 void ValueList::History::OnTimeout(unsigned int /*nowMs*/, void* /*userData*/) {
-    TakeSnapshot(CurrentWallTime());
+    TakeSample(CurrentWallTime());
     if (remaining_ > 0 && --remaining_ == 0) {
         timer_.Stop();
     }

@@ -13,7 +13,7 @@ namespace Quenda {
 // Samples a list's values, once or periodically, and keeps the last of them. The list outlives it.
 class ValueList::History {
 public:
-    struct Snapshot {
+    struct Sample {
         WallTime time;
         std::vector<ValueEntry> values;
 
@@ -30,12 +30,9 @@ public:
     void Command(Writable* out, int argc, const char* const* argv);
 
     // Adds a sample with this time and drops the oldest ones beyond the maximum.
-    void TakeSnapshot(const WallTime& now);
+    void TakeSample(const WallTime& now);
     // One expiry of the timer: takes a sample, and stops the timer after the last of a capture.
     void OnTimeout(unsigned int nowMs, void* userData);
-
-    bool IsSampling() const { return timer_.IsActive(); }
-    size_t SampleCount() const { return samples_.size(); }
 
 private:
     void Periodic(Writable* out, const char* interval);
@@ -44,7 +41,7 @@ private:
     void DropOldest();
 
     const ValueList& owner_;
-    std::deque<Snapshot> samples_;  // oldest first
+    std::deque<Sample> samples_;  // oldest first
     PeriodicTimer timer_;
     int32_t maxSamples_ = 10;
     int32_t remaining_ = 0;  // still to take in a capture

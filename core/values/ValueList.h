@@ -45,8 +45,7 @@ public:
 
     // The first entry of that name, or null. The name may be null.
     ValueEntry* Find(const char* name);
-    size_t Size() const { return values_.size(); }
-    // `index` is below `Size()`.
+    // By the order of the definitions. The index must be that of a value.
     const ValueEntry& At(size_t index) const { return values_[index]; }
     const std::vector<ValueEntry>& Values() const { return values_; }
 

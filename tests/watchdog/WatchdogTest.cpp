@@ -66,6 +66,7 @@ TEST_F(WatchdogTest, StartWritesTheBytesOfTheBiteTime) {
         {300, "0x60", "0x1d 0xe1 0x37"}};
     for (const auto& [seconds, first, others] : cases) {
         SetUpFiles();
+        const size_t before = traces_.Text().size();
         EXPECT_EQ(Start(seconds), "0 ");
         EXPECT_EQ(Written(), first + "|0|0|0||0|00|");
         std::string expected = "wdWriteDevice - write buf " + first + " len 4\n";
@@ -73,8 +74,7 @@ TEST_F(WatchdogTest, StartWritesTheBytesOfTheBiteTime) {
         for (std::string text; texts >> text;) {
             expected += "wdWriteDevice - write buf " + text + " len 1\n";
         }
-        EXPECT_EQ(traces_.Text().substr(traces_.Text().find('\n') + 1), expected);
-        traces_.Clear();
+        EXPECT_EQ(traces_.Text().substr(traces_.Text().find('\n', before) + 1), expected);
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include <climits>
 
-#include "core/event/WaitTimeout.h"
 #include "core/output/StringWritable.h"
 #include "core/text/FormatText.h"
 #include "tests/core/event/LoopFixture.h"
@@ -17,11 +16,11 @@ namespace {
 class EventLoopTest : public LoopFixture {};
 
 TEST(WaitTimeoutTest, RoundsDownButNeverToABusyPoll) {
-    EXPECT_EQ(WaitTimeoutMs({0, 0}), 0);
-    EXPECT_EQ(WaitTimeoutMs({0, 1}), 1);
-    EXPECT_EQ(WaitTimeoutMs({0, 1999999}), 1);
-    EXPECT_EQ(WaitTimeoutMs({2147483, 647999999}), INT_MAX);
-    EXPECT_EQ(WaitTimeoutMs({2147483, 648000000}), INT_MAX);
+    EXPECT_EQ(EventLoop::WaitTimeoutMs({0, 0}), 0);
+    EXPECT_EQ(EventLoop::WaitTimeoutMs({0, 1}), 1);
+    EXPECT_EQ(EventLoop::WaitTimeoutMs({0, 1999999}), 1);
+    EXPECT_EQ(EventLoop::WaitTimeoutMs({2147483, 647999999}), INT_MAX);
+    EXPECT_EQ(EventLoop::WaitTimeoutMs({2147483, 648000000}), INT_MAX);
 }
 
 TEST_F(EventLoopTest, HandlersMayDestroyThemselvesAndOthersOfTheBatch) {

@@ -9,7 +9,7 @@
 
 namespace Quenda {
 
-using ValueSamples = std::deque<ValueList::History::Snapshot>;
+using ValueSamples = std::deque<ValueList::History::Sample>;
 using ValueKeys = std::vector<const char*>;
 
 // Local time with milliseconds, rounded to the nearest.

@@ -1,4 +1,4 @@
-#include "core/values/ValueHistoryTable.h"
+#include "core/values/internal/ValueHistoryTable.h"
 
 #include <algorithm>
 #include <ctime>
@@ -11,7 +11,7 @@ namespace Quenda {
 
 namespace {
 
-using Snapshot = ValueList::History::Snapshot;
+using Sample = ValueList::History::Sample;
 
 constexpr char kMissing[] = "-";
 constexpr size_t kMinColumnWidth = 12;  // columns
@@ -41,7 +41,7 @@ void PrintRow(Writable* out, const WallTime& time, const ValueKeys& keys, const 
 }
 
 // A text value ends its line, as it does wherever its value alone is printed.
-std::string ValueCell(const Snapshot& sample, const char* key) {
+std::string ValueCell(const Sample& sample, const char* key) {
     const ValueEntry* value = sample.Find(key);
     if (value == nullptr) {
         return kMissing;
@@ -56,7 +56,7 @@ double MillisecondsBetween(const WallTime& earlier, const WallTime& later) {
            static_cast<double>(later.microseconds - earlier.microseconds) / 1000.0;
 }
 
-std::string DeltaCell(const Snapshot& earlier, const Snapshot& later, const char* key,
+std::string DeltaCell(const Sample& earlier, const Sample& later, const char* key,
                       bool perSecond) {
     const ValueEntry* before = earlier.Find(key);
     const ValueEntry* after = later.Find(key);
@@ -86,7 +86,7 @@ std::string SampleTimeText(const WallTime& time) {
 }
 
 void PrintSamples(Writable* out, const ValueSamples& samples) {
-    for (const Snapshot& sample : samples) {
+    for (const Sample& sample : samples) {
         out->Printf("\n---- %s ----\n", SampleTimeText(sample.time).c_str());
         for (const ValueEntry& entry : sample.values) {
             entry.Print(out);
@@ -96,7 +96,7 @@ void PrintSamples(Writable* out, const ValueSamples& samples) {
 
 void PrintSampleTable(Writable* out, const ValueSamples& samples, const ValueKeys& keys) {
     PrintHeader(out, keys, "");
-    for (const Snapshot& sample : samples) {
+    for (const Sample& sample : samples) {
         PrintRow(out, sample.time, keys, "",
                  [&sample](const char* key) { return ValueCell(sample, key); });
     }
@@ -117,8 +117,8 @@ void PrintDeltaTable(Writable* out, const ValueSamples& samples, const ValueKeys
     const char* prefix = perSecond ? "d_" : "delta_";
     PrintHeader(out, keys, prefix);
     for (size_t i = 1; i < samples.size(); ++i) {
-        const Snapshot& earlier = samples[i - 1];
-        const Snapshot& later = samples[i];
+        const Sample& earlier = samples[i - 1];
+        const Sample& later = samples[i];
         PrintRow(out, later.time, keys, prefix,
                  [&](const char* key) { return DeltaCell(earlier, later, key, perSecond); });
     }
