@@ -24,9 +24,13 @@ std::string Obey(Terminal* board, const std::string& script, const std::string& 
     const auto result = board->RunScript(script);
     const bool well = WIFEXITED(result.status) && WEXITSTATUS(result.status) == status &&
                       result.output.find(answer) != std::string::npos;
-    return well ? ""
-                : "wait status " + std::to_string(result.status) + " of \"" + script +
-                      "\", which said \"" + result.output + "\" and not \"" + answer + "\"";
+    if (well) {
+        return "";
+    }
+    return "wait status " + std::to_string(result.status) + " of \"" + script +
+           (result.output.empty() ? "\", which said nothing"
+                                  : "\", which said \"" + result.output + "\"") +
+           (answer.empty() ? "" : ", without \"" + answer + "\"");
 }
 
 Scene::Action Script(const std::string& script) {

@@ -8,7 +8,7 @@
 namespace Demo {
 namespace {
 
-constexpr size_t kWidthWithExpected = 94;
+constexpr size_t kWidthWithExpected = 96;
 
 std::string Time(double seconds, unsigned period) {
     char text[32] = "-";
@@ -37,8 +37,8 @@ void PrintTable(const Printer& printer, const std::vector<Situation>& situations
         if (printer.Width() >= kWidthWithExpected) {
             line << std::setw(35) << expected;
         }
-        line << std::setw(20) << seen << std::right << std::setw(10) << detect << std::setw(12)
-             << recover;
+        line << std::setw(19) << seen << std::right << ' ' << std::setw(11) << detect << ' '
+             << std::setw(12) << recover;
         return line.str();
     };
     printer.Line(row("situation", "expected", "seen", "detect", "recover"), Colour::kBold);

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "terminal/TerminalLayout.h"
+
 namespace Demo {
 
 bool Story::Tell(const std::vector<Scene>& scenes) {
+    terminal_->GiveUpWhen(
+        [this] { return terminal_->MonitorEnds(sceneBegin_).size() > endsExpected_; });
     return std::all_of(scenes.begin(), scenes.end(),
                        [this](const Scene& scene) { return Play(scene); });
 }
@@ -18,7 +22,9 @@ bool Story::Play(const Scene& scene) {
     situation.expected = scene.expected;
     if (!first) {
         terminal_->Mark();
+        sceneBegin_ = terminal_->Events().size();
     }
+    endsExpected_ = 0;
     if (scene.ordersStandIn && !terminal_->HasStandInKeldra()) {
         printer_->Line("skipped: your own program takes no orders", Colour::kYellow);
         situation.seen = situation.result = "skipped";
@@ -30,8 +36,9 @@ bool Story::Play(const Scene& scene) {
     }
     const double begin = first ? 0 : terminal_->Seconds();
     for (const Step& step : scene.steps) {
+        endsExpected_ += step.source == Source::kInit ? 1 : 0;
         if (!Wait(step, begin, &situation)) {
-            return Surprise("missing: " + step.text, &situation);
+            return Surprise(WhyNot(step), &situation);
         }
     }
     const std::string surprise = scene.check ? scene.check(terminal_) : "";
@@ -55,6 +62,19 @@ bool Story::Wait(const Step& step, double begin, Situation* situation) {
         situation->recoverSeconds = seconds;
     }
     return true;
+}
+
+std::string Story::WhyNot(const Step& step) const {
+    const auto ends = terminal_->MonitorEnds(sceneBegin_);
+    if (ends.size() <= endsExpected_) {
+        return "missing: " + step.text;
+    }
+    const bool hasNeverCounted = situations_.size() == 1 && !terminal_->HasStandInKeldra();
+    return ends.back() +
+           (hasNeverCounted
+                ? ": your program has to detach itself and to write a rising 32-bit number to " +
+                      std::string(Terminals::kHeartbeatFile)
+                : "");
 }
 
 bool Story::Surprise(const std::string& what, Situation* situation) {

@@ -59,12 +59,15 @@ public:
 private:
     bool Play(const Scene& scene);
     bool Wait(const Step& step, double begin, Situation* situation);
+    std::string WhyNot(const Step& step) const;
     bool Surprise(const std::string& what, Situation* situation);
 
     Terminal* terminal_;
     const Printer* printer_;
     double patience_;
     std::vector<Situation> situations_;
+    size_t sceneBegin_ = 0;    // the first event of the scene
+    size_t endsExpected_ = 0;  // of the daemon, in this scene and up to this step
 };
 
 }  // namespace Demo

@@ -9,10 +9,7 @@ namespace {
 // what happens unless `note` is empty.
 std::string ForEach(Terminal* terminal, const std::string& name, const std::string& command,
                     const std::string& note) {
-    const std::string list =
-        "for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " + name +
-        " ] && echo ${process#/proc/}; done 2>/dev/null";
-    const std::string pids = terminal->RunScript(list).output;
+    const std::string pids = terminal->Pids(name);
     if (pids.empty()) {
         return name + " is not running";
     }
@@ -23,12 +20,19 @@ std::string ForEach(Terminal* terminal, const std::string& name, const std::stri
     return "";
 }
 
-// Returns when the stand-in obeys.
+// Returns when a stand-in obeys. The one that was ordered first may have been ended by the daemon;
+// then the next one is.
 std::string Order(Terminal* terminal, const std::string& fault) {
-    const std::string obstacle =
-        ForEach(terminal, "keldra", "echo " + fault + " >" + kKeldraOrder + "$pid", "");
-    if (obstacle.empty() && !terminal->Await(Source::kKeldra, " now", 30)) {
-        return "keldra does not obey";
+    const auto order = [&] {
+        return ForEach(terminal, "keldra", "echo " + fault + " >" + kKeldraOrder + "$pid", "");
+    };
+    const std::string obstacle = order();
+    const double deadline = terminal->Seconds() + 30;
+    while (obstacle.empty() && !terminal->Await(Source::kKeldra, " now", 0.2)) {
+        if (terminal->Seconds() > deadline || terminal->IsHopeless()) {
+            return "keldra does not obey";
+        }
+        (void)order();
     }
     return obstacle;
 }

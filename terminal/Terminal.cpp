@@ -47,19 +47,42 @@ bool Terminal::PowerOn(std::string* reason) {
 
 CommandResult Terminal::StartMonitor(const std::vector<std::string>& arguments) {
     monitorArguments_ = arguments;
-    return Run(MonitorCommand(arguments));
+    const size_t before = events_.size();
+    CommandResult result = Run(MonitorCommand(arguments));
+    // A shell takes an empty file for a script that succeeds.
+    if (result.status == 0 && Pids("keldra_monitor").empty() && MonitorEnds(before).empty()) {
+        result = {-1, result.output + "no process is called keldra_monitor"};
+    }
+    return result;
+}
+
+std::string Terminal::Pids(const std::string& name) {
+    return RunScript(
+               "for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " +
+               name + " ] && echo ${process#/proc/}; done 2>/dev/null")
+        .output;
+}
+
+std::vector<std::string> Terminal::MonitorEnds(size_t from) const {
+    std::vector<std::string> ends;
+    for (size_t i = from; i < events_.size(); ++i) {
+        if (events_[i].source == Source::kInit && !events_[i].routine) {
+            ends.push_back(events_[i].text);
+        }
+    }
+    return ends;
 }
 
 void Terminal::Reboot() {
     std::string reason;
     if (!Boot(&reason)) {
-        Note("the terminal does not come up again: " + reason);
+        Add({0, Source::kInit, -1, false, "the terminal does not come up again: " + reason});
         return;
     }
     Note("the terminal comes up from its backup partition");
-    const CommandResult start = StartMonitor(std::vector<std::string>(monitorArguments_));
+    const CommandResult start = StartMonitor(monitorArguments_);
     if (start.status != 0) {
-        Note("the daemon does not start: " + start.output);
+        Add({0, Source::kInit, -1, false, "the daemon does not start: " + start.output});
     }
 }
 
@@ -75,10 +98,10 @@ std::optional<Event> Terminal::Await(Source source, const std::string& text, dou
             }
         }
         const double left = deadline - Seconds();
-        if (left <= 0) {
+        if (left <= 0 || IsHopeless()) {
             return std::nullopt;
         }
-        (void)Pump(static_cast<int>(std::ceil(std::min(left, 1.0) * 1000)));
+        (void)Pump(static_cast<int>(std::ceil(std::min(left, 0.2) * 1000)));
     }
 }
 

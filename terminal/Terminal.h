@@ -55,21 +55,30 @@ public:
 
     // Boots from the main partition, without the daemon. False with the reason on failure.
     bool PowerOn(std::string* reason);
-    // Starts the daemon as the terminal's boot does. Returns when the launched process has ended.
+    // Starts the daemon as the terminal's boot does. Returns when the launched process has ended,
+    // with a status other than 0 if it leaves no daemon behind.
     CommandResult StartMonitor(const std::vector<std::string>& arguments);
     // Runs a script inside, by /bin/sh, with nothing but the shell's own commands to rely on.
     CommandResult RunScript(const std::string& script) { return Run({"/bin/sh", "-c", script}); }
 
-    // Told of every event as it comes.
+    // The PIDs inside with this command name, separated by blanks.
+    std::string Pids(const std::string& name);
+
+    // Called with every event as it comes.
     void SetListener(Listener listener) { listener_ = std::move(listener); }
     // Waits for an event of the source whose text contains `text`. Every event of a source is
     // looked at once: the search begins after the source's last one found, or after `Mark`.
     std::optional<Event> Await(Source source, const std::string& text, double seconds);
+    // From now on `Await` gives up as soon as this returns true.
+    void GiveUpWhen(std::function<bool()> isHopeless) { isHopeless_ = std::move(isHopeless); }
+    bool IsHopeless() const { return isHopeless_ && isHopeless_(); }
     // Takes in everything up to now and lets `Await` begin behind it.
     void Mark();
     // Adds an event of the simulator's own.
     void Note(const std::string& text) { Add({0, Source::kSimulator, -1, false, text}); }
     const std::vector<Event>& Events() const { return events_; }
+    // The news of init from that event on: each tells why the daemon no longer runs.
+    std::vector<std::string> MonitorEnds(size_t from) const;
     // Since the terminal was first switched on, reboots included.
     double Seconds() const;
 
@@ -91,6 +100,7 @@ protected:
 
 private:
     Listener listener_;
+    std::function<bool()> isHopeless_;
     std::chrono::steady_clock::time_point start_;
     std::vector<Event> events_;
     // For each source, the first event that `Await` has not looked at.

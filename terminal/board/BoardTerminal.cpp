@@ -1,12 +1,16 @@
 #include "terminal/board/BoardTerminal.h"
 
 #include <poll.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <chrono>
 #include <cstdlib>
+
+#include "terminal/Spawn.h"
 
 namespace Terminals::Board {
 namespace {
@@ -54,22 +58,46 @@ bool Receive(int fd, std::string* text) {
 
 }  // namespace
 
+bool BoardTerminal::SwitchOn() {
+    int console[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, console) != 0) {
+        return false;
+    }
+    console_ = console[0];
+    emulator_ = Spawn({directory_ + "/boot", "cpld_watchdog.divisor=" + std::to_string(divisor_)},
+                      console[1], console[1]);
+    (void)close(console[1]);
+    return emulator_ > 0;
+}
+
+void BoardTerminal::SwitchOff() {
+    if (emulator_ > 0) {
+        (void)kill(emulator_, SIGKILL);
+        (void)waitpid(emulator_, nullptr, 0);
+        emulator_ = -1;
+    }
+    if (console_ >= 0) {
+        (void)close(console_);
+        console_ = -1;
+    }
+}
+
 bool BoardTerminal::Boot(std::string* reason) {
+    SwitchOff();
     isUp_ = false;
     text_.clear();
     lastLines_.clear();
-    const std::string watchdog = "cpld_watchdog.divisor=" + std::to_string(divisor_);
-    if (!machine_.SwitchOn(directory_, watchdog)) {
+    if (!SwitchOn()) {
         *reason = "there is no process or socket left for the machine";
         return false;
     }
     const unsigned boot = ++boots_;
     const auto deadline = Clock::now() + kBootPatience;
-    while (!isUp_ && boot == boots_ && machine_.Console() >= 0 && Clock::now() < deadline) {
+    while (!isUp_ && boot == boots_ && console_ >= 0 && Clock::now() < deadline) {
         (void)Pump(100);
     }
     if (!isUp_) {
-        machine_.SwitchOff();
+        SwitchOff();
         *reason = "the machine does not boot; its console ends with\n" + lastLines_;
     }
     return isUp_;
@@ -84,30 +112,30 @@ CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
     result_ = {};
     hasEnded_ = false;
     // Far shorter than what the socket holds.
-    if (send(machine_.Console(), script.data(), script.size(), MSG_NOSIGNAL) !=
+    if (send(console_, script.data(), script.size(), MSG_NOSIGNAL) !=
         static_cast<ssize_t>(script.size())) {
         return result_;
     }
     const unsigned boot = boots_;
     const auto deadline = Clock::now() + kCommandPatience;
-    while (!hasEnded_ && boot == boots_ && machine_.Console() >= 0 && Clock::now() < deadline) {
+    while (!hasEnded_ && boot == boots_ && console_ >= 0 && Clock::now() < deadline) {
         (void)Pump(100);
     }
     return boot == boots_ ? result_ : CommandResult();
 }
 
 bool BoardTerminal::Pump(int timeoutMs, int input) {
-    std::array<pollfd, 2> fds = {{{machine_.Console(), POLLIN, 0}, {input, POLLIN, 0}}};
+    std::array<pollfd, 2> fds = {{{console_, POLLIN, 0}, {input, POLLIN, 0}}};
     const bool hasInput = poll(fds.data(), fds.size(), timeoutMs) > 0 && fds[1].revents != 0;
     if (fds[0].revents != 0) {
-        const bool isOn = Receive(machine_.Console(), &text_);
+        const bool isOn = Receive(console_, &text_);
         for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n')) {
             const std::string line = text_.substr(0, end);
             text_.erase(0, end + 1);
             TakeConsole(line);
         }
         if (!isOn) {
-            machine_.SwitchOff();
+            SwitchOff();
             if (isUp_) {  // otherwise it was booting, and that has failed
                 Reboot();
             }

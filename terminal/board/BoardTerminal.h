@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "terminal/Terminal.h"
-#include "terminal/board/Machine.h"
 
 namespace Terminals::Board {
 
@@ -17,6 +16,7 @@ public:
     // sooner than it says.
     BoardTerminal(const std::filesystem::path& directory, unsigned divisor)
         : directory_(std::filesystem::absolute(directory)), divisor_(divisor) {}
+    ~BoardTerminal() override { SwitchOff(); }
 
     // -1 as the status, too, when the machine restarts meanwhile.
     CommandResult Run(const std::vector<std::string>& command) override;
@@ -26,11 +26,14 @@ public:
 
 private:
     bool Boot(std::string* reason) override;
+    bool SwitchOn();
+    void SwitchOff();
     void TakeConsole(const std::string& line);
 
     std::string directory_;
     unsigned divisor_;
-    Machine machine_;
+    pid_t emulator_ = -1;
+    int console_ = -1;  // ends when the machine switches itself off, instead of a restart
     unsigned boots_ = 0;
     std::string kernel_;
     std::string lastLines_;  // of the kernel

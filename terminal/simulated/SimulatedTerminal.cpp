@@ -1,7 +1,7 @@
 #include "terminal/simulated/SimulatedTerminal.h"
 
-#include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
@@ -16,39 +16,57 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
 namespace Terminals::Simulated {
 namespace {
 
-// Everything that can be read from `fd` by now.
-std::string ReadAvailable(int fd) {
-    std::string text;
-    std::array<char, 4096> chunk = {};
-    ssize_t count = 0;
-    while ((count = read(fd, chunk.data(), chunk.size())) > 0) {
-        text.append(chunk.data(), static_cast<size_t>(count));
-    }
-    return text;
+// The path of a file in memory that this process has open.
+std::string PathOf(int fd) {
+    return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(fd);
 }
 
 }  // namespace
 
+SimulatedTerminal::SimulatedTerminal(TerminalOptions options) : options_(std::move(options)) {
+    const std::string standIns = options_.standInDirectory + "/";
+    const std::string& package = options_.packageDirectory;
+    const std::string& keldra = options_.keldraProgram;
+    const std::string& library = options_.redirectLibrary;
+    // What `boot` expects, in its order.
+    Keep(standIns + "boot");
+    Keep(package.empty() ? options_.monitorProgram : package + kMonitorProgram);
+    Keep(keldra.empty() ? standIns + "stand_in_keldra" : keldra);
+    Keep(library.empty() ? standIns + "libcpld_report.so" : library);
+    for (const char* name : {"announce", "launcher_watch.sh", "led_ctl.sh", "service",
+                             "stand_in_init", "stand_in_sshd"}) {
+        Keep(standIns + name);
+    }
+}
+
+SimulatedTerminal::~SimulatedTerminal() {
+    PowerOff();
+    for (const int fd : kept_) {
+        (void)close(fd);
+    }
+}
+
+void SimulatedTerminal::Keep(const std::string& path) {
+    kept_.push_back(memfd_create(path.c_str(), MFD_CLOEXEC));
+    std::ofstream(PathOf(kept_.back()), std::ios::binary)
+        << std::ifstream(path, std::ios::binary).rdbuf();
+}
+
 bool SimulatedTerminal::Boot(std::string* reason) {
     PowerOff();
-    const std::string& standIns = options_.standInDirectory;
-    const auto chosen = [](const std::string& given, const std::string& usual) {
-        return given.empty() ? usual : given;
-    };
-    const std::string& package = options_.packageDirectory;
-    const bool up =
-        sandbox_.Open({standIns + "/boot", standIns,
-                       package.empty() ? options_.monitorProgram : package + kMonitorProgram,
-                       chosen(options_.keldraProgram, standIns + "/stand_in_keldra"),
-                       chosen(options_.redirectLibrary, standIns + "/libcpld_report.so"), package},
-                      reason) &&
-        BindSyslog(reason);
+    std::vector<std::string> boot = {"bash"};
+    for (const int fd : kept_) {
+        boot.push_back(PathOf(fd));
+    }
+    boot.push_back(options_.packageDirectory);
+    const bool up = sandbox_.Open(boot, reason) && BindSyslog(reason);
     if (!up) {
         PowerOff();
     } else if (!HasStandInKeldra()) {
@@ -78,23 +96,18 @@ void SimulatedTerminal::PowerOff() {
 
 CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
     CommandResult result;
-    int output[2] = {-1, -1};
-    if (pipe2(output, O_CLOEXEC | O_NONBLOCK) != 0) {
-        return result;
-    }
-    (void)fcntl(output[1], F_SETFL, 0);  // the command's end waits, ours does not
-    const pid_t pid = sandbox_.Start(command, output[1]);
+    const int output = memfd_create("output", MFD_CLOEXEC);
+    const pid_t pid = sandbox_.Start(command, output);
     const int end = pid > 0 ? static_cast<int>(syscall(SYS_pidfd_open, pid, 0)) : -1;
-    (void)close(output[1]);
-    // What the command left running may keep its output open: its end is what counts.
     while (end >= 0 && !Pump(20, end)) {
-        result.output += ReadAvailable(output[0]);
     }
     if (pid > 0 && waitpid(pid, &result.status, 0) != pid) {
         result.status = -1;
     }
-    result.output += ReadAvailable(output[0]);
-    (void)close(output[0]);
+    std::ostringstream text;
+    text << std::ifstream(PathOf(output)).rdbuf();
+    result.output = text.str();
+    (void)close(output);
     (void)close(end);
     return result;
 }

@@ -36,8 +36,9 @@ struct Process {
 // has it.
 class SimulatedTerminal : public Terminal {
 public:
-    explicit SimulatedTerminal(TerminalOptions options) : options_(std::move(options)) {}
-    ~SimulatedTerminal() override { PowerOff(); }
+    // Keeps the programs as they are now: a build in between must not change the next boot.
+    explicit SimulatedTerminal(TerminalOptions options);
+    ~SimulatedTerminal() override;
 
     CommandResult Run(const std::vector<std::string>& command) override;
     bool Pump(int timeoutMs, int input = -1) override;
@@ -56,11 +57,13 @@ public:
 private:
     bool Boot(std::string* reason) override;
     void TakeWatchdog(const std::string& text) override;
+    void Keep(const std::string& path);
     bool BindSyslog(std::string* reason);
     void TakeTime();
     void PowerOff();
 
     TerminalOptions options_;
+    std::vector<int> kept_;  // copies in memory, in the order of the arguments of `boot`
     Sandbox sandbox_;
     StandInWatchdog watchdog_;
     int syslog_ = -1;

@@ -17,8 +17,9 @@ void ReportEnd(const siginfo_t& child) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
     const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
-    (void)waitpid(child.si_pid, nullptr, 0);
+    // A process that is no longer there has been reported.
     Terminals::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
+    (void)waitpid(child.si_pid, nullptr, 0);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <csignal>
 #include <filesystem>
 
+#include <csignal>
+
 #include "tests/terminal/EndToEnd.h"
 
 class EndToEndRecoveryTest : public EndToEnd {};
@@ -27,6 +29,12 @@ TEST_F(EndToEndRecoveryTest, FaultsOfARunningKeldraAreMendedByARestart) {
         ASSERT_EQ(keldras.size(), running);
         EXPECT_EQ(keldras[0].pid == before, running == 2);
     }
+}
+
+TEST_F(EndToEndRecoveryTest, OrderGoesToTheNextKeldraWhenOneDoesNotObey) {
+    StartHealthy();
+    ASSERT_TRUE(terminal_->Signal(Only("keldra"), SIGSTOP));
+    EXPECT_EQ(Cause(terminal_.get(), "error"), "");
 }
 
 TEST_F(EndToEndRecoveryTest, KeldraThatCannotBeExecutedIsReported) {

@@ -102,6 +102,12 @@ TEST_F(EndToEndStartUpTest, WatchdogThatRefusesIsReportedAndTheChecksGoOn) {
     ExpectLog("wdStart (245) : WD_READ_ERR");
 }
 
+TEST_F(EndToEndStartUpTest, EmptyProgramIsReportedAsNoDaemon) {
+    PowerOn();
+    ASSERT_TRUE(WriteInside(*terminal_, kMonitorProgram, ""));
+    EXPECT_EQ(terminal_->StartMonitor({}).output, "no process is called keldra_monitor");
+}
+
 TEST_F(EndToEndStartUpTest, HeartbeatTimeoutsAtTheLimitsAreReported) {
     const std::tuple<const char*, const char*, int> cases[] = {
         {"0", "Failed to set the HeartbeatReadTimer options", 1},
