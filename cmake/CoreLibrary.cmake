@@ -22,11 +22,11 @@ set(QUENDA_INCLUDE ${CMAKE_INSTALL_INCLUDEDIR}/quenda)
 set(component COMPONENT quenda EXCLUDE_FROM_ALL)
 install(TARGETS quenda EXPORT quenda ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} ${component}
   INCLUDES DESTINATION ${QUENDA_INCLUDE})
-# MakeBuildRecord.h goes with the build of this project.
-install(DIRECTORY core shell DESTINATION ${QUENDA_INCLUDE} ${component}
-  FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE PATTERN MakeBuildRecord.h EXCLUDE)
-# Beside the headers that include them, which so find them before any other copy. The reader is not
-# in the library.
+# No header for users includes the numbers, and MakeBuildRecord.h needs this project's build.
+install(DIRECTORY core shell DESTINATION ${QUENDA_INCLUDE} ${component} FILES_MATCHING PATTERN *.h
+  PATTERN internal EXCLUDE PATTERN numbers EXCLUDE PATTERN MakeBuildRecord.h EXCLUDE)
+# Next to the headers that include them, which therefore find them before any other copy. The
+# library has no reader.
 install(DIRECTORY ${QUENDA_JSON_DIR}/include/json DESTINATION ${QUENDA_INCLUDE}/core/options ${component}
   FILES_MATCHING REGEX "/(allocator|config|forwards|value|version|writer)\\.h$")
 install(FILES ${JSONCPP_SOURCE_DIR}/LICENSE RENAME copyright.jsoncpp

@@ -34,15 +34,7 @@ char BuildInfoRegistry::Mark(const BuildRecord& record) const {
     return *buildtime == record ? ' ' : '!';
 }
 
-void BuildInfoRegistry::PrintSummary(Writable* out, const char* name) const {
-    Print(out, name, &BuildInfoRegistry::PrintVersion);
-}
-
-void BuildInfoRegistry::PrintDetails(Writable* out, const char* name) const {
-    Print(out, name, &BuildInfoRegistry::PrintFields);
-}
-
-void BuildInfoRegistry::Print(Writable* out, const char* name, PrintOne print) const {
+void BuildInfoRegistry::Print(Writable* out, const char* name, bool details) const {
     if (out == nullptr) {
         return;
     }
@@ -52,7 +44,7 @@ void BuildInfoRegistry::Print(Writable* out, const char* name, PrintOne print) c
     }
     for (const BuildRecord& record : runtimeRecords_) {
         if (name == nullptr || strcmp(record.name, name) == 0) {
-            (this->*print)(out, record);
+            details ? PrintFields(out, record) : PrintVersion(out, record);
         }
     }
 }

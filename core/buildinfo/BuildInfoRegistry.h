@@ -38,17 +38,16 @@ public:
     }
 
     // The version, or all fields, of the runtime record of that name; of every one for null.
-    void PrintSummary(Writable* out, const char* name = nullptr) const;
-    void PrintDetails(Writable* out, const char* name = nullptr) const;
+    void PrintSummary(Writable* out, const char* name = nullptr) const { Print(out, name, false); }
+    void PrintDetails(Writable* out, const char* name = nullptr) const { Print(out, name, true); }
 
 private:
     using Records = std::vector<BuildRecord>;
-    using PrintOne = void (BuildInfoRegistry::*)(Writable*, const BuildRecord&) const;
 
     static void Add(Records& records, const BuildRecord& record);
     static const BuildRecord* Find(const Records& records, const char* name);
     char Mark(const BuildRecord& record) const;
-    void Print(Writable* out, const char* name, PrintOne print) const;
+    void Print(Writable* out, const char* name, bool details) const;
     void PrintVersion(Writable* out, const BuildRecord& record) const;
     void PrintFields(Writable* out, const BuildRecord& record) const;
 

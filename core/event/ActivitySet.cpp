@@ -1,11 +1,9 @@
 #include "core/event/ActivitySet.h"
 
 #include <cstdio>
-#include <string>
 #include <utility>
 
-#include "core/output/Writable.h"
-#include "core/text/FormatText.h"
+#include "core/output/StringWritable.h"
 
 namespace Quenda {
 
@@ -77,28 +75,25 @@ bool ActivitySet::Run(int argument) {
     return result;
 }
 
-SharedText ActivitySet::Text() const {
-    std::string text;
-    const auto append = [&text](const char* heading, const List& list) {
-        text += FormatText("%s activities: %i\n", heading, static_cast<int>(list.Count()));
+void ActivitySet::PrintLists(Writable* out, const char* noun, const char* indent) const {
+    const auto print = [&](const char* which, const List& list) {
+        out->Printf("%s %s: %d\n", which, noun, static_cast<int>(list.Count()));
         for (ActivityHold* hold = list.Head(); hold != nullptr; hold = list.After(hold)) {
-            text += FormatText(" %p - %s\n", static_cast<void*>(hold), hold->Name());
-        }
-    };
-    append("Current", *current_);
-    append("New", *next_);
-    return SharedText(std::move(text));
-}
-
-void ActivitySet::Dump(Writable* out) const {
-    const auto print = [out](const char* heading, const List& list) {
-        out->Printf("%s Activities: %d\n", heading, static_cast<int>(list.Count()));
-        for (ActivityHold* hold = list.Head(); hold != nullptr; hold = list.After(hold)) {
-            out->Printf("%p - %s\n", static_cast<void*>(hold), hold->Name());
+            out->Printf("%s%p - %s\n", indent, static_cast<void*>(hold), hold->Name());
         }
     };
     print("Current", *current_);
     print("New", *next_);
+}
+
+SharedText ActivitySet::Text() const {
+    StringWritable text;
+    PrintLists(&text, "activities", " ");
+    return text.Text();
+}
+
+void ActivitySet::Dump(Writable* out) const {
+    PrintLists(out, "Activities", "");
 }
 
 }  // namespace Quenda

@@ -72,6 +72,7 @@ private:
     using List = Dlist<ActivityHold*>;
 
     static void RemoveAll(List& list);
+    void PrintLists(Writable* out, const char* noun, const char* indent) const;
 
     List lists_[2];
     List* current_;

@@ -3,6 +3,7 @@
 #include <syslog.h>
 
 #include <array>
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,8 @@
 // Syslog behind the log calls and as an output sink, which options can switch on.
 #pragma once
 
+#include <cstddef>
+
 #include "core/output/Writable.h"
 
 namespace Quenda {

@@ -2,6 +2,7 @@
 
 #include <cinttypes>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 #include "core/numbers/TargetNumbers.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdarg>
+#include <cstddef>
 #include <string>
 
 #include "core/output/Writable.h"

@@ -2,7 +2,6 @@
 // or a handler, a formatted time, the error of an options node.
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -21,8 +20,7 @@ public:
 
     bool IsAbsent() const { return text_ == nullptr; }
     // True for an absent text, too.
-    bool IsEmpty() const { return Length() == 0; }
-    size_t Length() const { return text_ == nullptr ? 0 : text_->size(); }
+    bool IsEmpty() const { return text_ == nullptr || text_->empty(); }
     // "" for an absent text. Valid as long as any copy lives.
     const char* Get() const { return text_ == nullptr ? "" : text_->c_str(); }
 

@@ -33,23 +33,6 @@ void ValueEntry::SetFromText(const char* text) {
     }
 }
 
-void ValueEntry::SetFromNumber(double number) {
-    switch (Kind()) {
-        case ValueKind::kInt:
-            number_ = DoubleToInt32(number);
-            break;
-        case ValueKind::kDouble:
-            number_ = number;
-            break;
-        case ValueKind::kText:
-            SetText(FormatText("%.15g", number).c_str());
-            break;
-        case ValueKind::kUInt:
-            number_ = DoubleToUInt32(number);
-            break;
-    }
-}
-
 void ValueEntry::ResetToDefault() {
     number_ = definition_.defaultNumber;
     SetText(definition_.defaultText);

@@ -43,8 +43,6 @@ public:
     // Rejects nothing: a number that cannot be parsed is 0, one out of range the nearest limit.
     // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text.
     void SetFromText(const char* text);
-    // Converted to the kind as by `AsInt` and `AsUInt`; a text gets up to 15 digits.
-    void SetFromNumber(double number);
     void ResetToDefault();
 
     // Null for other kinds, too. Valid until the entry is set or reset.

@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstddef>
 
 #include "core/numbers/TargetNumbers.h"
 #include "core/values/internal/ValueHistoryTable.h"

@@ -6,6 +6,7 @@
 
 #include "core/timer/PeriodicTimer.h"
 #include "core/timer/WallClock.h"
+#include "core/values/ValueEntry.h"
 #include "core/values/ValueList.h"
 
 namespace Quenda {

@@ -1,5 +1,7 @@
 #include "core/options/internal/JsonMerge.h"
 
+#include <string_view>
+
 #include "core/options/JsonValue.h"
 #include "core/options/internal/JsonTree.h"
 #include "core/text/FormatText.h"

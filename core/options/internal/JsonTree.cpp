@@ -29,10 +29,7 @@ std::string_view MemberName(const Json::ValueConstIterator& member) {
 }
 
 const Json::Value* FindMember(const Json::Value& value, const char* name) {
-    if (!value.isObject() || name == nullptr) {
-        return nullptr;
-    }
-    return value.find(name, name + strlen(name));
+    return name != nullptr && value.isObject() ? value.find(name, name + strlen(name)) : nullptr;
 }
 
 const Json::Value& MemberOrNull(const Json::Value& value, std::string_view name) {

@@ -56,8 +56,7 @@ double MillisecondsBetween(const WallTime& earlier, const WallTime& later) {
            static_cast<double>(later.microseconds - earlier.microseconds) / 1000.0;
 }
 
-std::string DeltaCell(const Sample& earlier, const Sample& later, const char* key,
-                      bool perSecond) {
+std::string DeltaCell(const Sample& earlier, const Sample& later, const char* key, bool perSecond) {
     const ValueEntry* before = earlier.Find(key);
     const ValueEntry* after = later.Find(key);
     if (before == nullptr || after == nullptr) {

@@ -1,11 +1,11 @@
 # The project's own code is compiled with these; third-party code is not.
-add_library(keldra_options INTERFACE)
-target_include_directories(keldra_options INTERFACE ${PROJECT_SOURCE_DIR})
-target_compile_options(keldra_options INTERFACE
+add_library(keldra_flags INTERFACE)
+target_include_directories(keldra_flags INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(keldra_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KELDRA_WERROR}>:-Werror>)
 # strptime, daemon, CLOCK_MONOTONIC_RAW and friends without the compiler's language extensions.
-target_compile_definitions(keldra_options INTERFACE _GNU_SOURCE)
+target_compile_definitions(keldra_flags INTERFACE _GNU_SOURCE)
 
 # A 32-bit time_t ends in 2038 and a 32-bit off_t at 2 GB: both have 64 bits wherever the program
 # runs, in third-party code as well. So it is in every program on the core library: they exchange
@@ -51,5 +51,5 @@ function(keldra_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   set_property(GLOBAL APPEND PROPERTY KELDRA_LIBRARIES ${name})
-  target_link_libraries(${name} PUBLIC keldra_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+  target_link_libraries(${name} PUBLIC keldra_flags ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
 endfunction()
