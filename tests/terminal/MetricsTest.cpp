@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "tests/terminal/EndToEnd.h"
 
 // The script that prints the status for Prometheus.
@@ -41,12 +43,22 @@ TEST_F(EndToEndMetricsTest, EveryLineOfTheDaemonsReportIsKnown) {
     }
 }
 
+TEST_F(EndToEndMetricsTest, PrometheusTakesThemAsTheyAre) {
+    const std::string tool = "$(command -v promtool || echo " PROMTOOL ")";
+    if (std::system(("[ -x \"" + tool + "\" ]").c_str()) != 0) {
+        GTEST_SKIP() << "promtool is missing; scripts/setup fleet fetches it";
+    }
+    files_.Write("metrics", Metrics());
+    setenv("METRICS", files_.File("metrics").c_str(), 1);
+    EXPECT_EQ(std::system((tool + " check metrics <\"$METRICS\"").c_str()), 0);
+}
+
 TEST_F(EndToEndMetricsTest, EachFigureGoesToItsMetric) {
     Answer(
         "awk '/^[a-z_]+: / { $2 = ++count } 1' /tmp/report | sed 's/Up_And_Okay/Not_Running/; "
         "s/Normal_/Backup_/; s/^Strikes:.*/Strikes: 2/; s/^Keldra PID:.*/Keldra PID: 0/; "
         "s/Missed: .*/Missed: true/; s/State: *false/State: true/'");
-    EXPECT_EQ(Shell("/usr/sbin/keldra-metrics | grep -v -e '^#' -e start_time -e root"),
+    EXPECT_EQ(Shell("/usr/sbin/keldra-metrics | grep -v -e '^#' -e start_time -e root -e _info"),
               R"(keldra_state{state="Keldra_Up_And_Okay"} 0
 keldra_state{state="Keldra_Missed_Heartbeat"} 0
 keldra_state{state="Keldra_In_Error_State"} 0
