@@ -6,6 +6,7 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -68,7 +69,7 @@ void FillQueue() {
 bool roomIsTaken = false;
 
 std::string Received(int fd) {
-    char record[1024];
+    char record[4096];
     const ssize_t size = recv(fd, record, sizeof(record), MSG_DONTWAIT);
     return std::string(record, static_cast<size_t>(std::max<ssize_t>(size, 0)));
 }
@@ -87,8 +88,7 @@ extern "C" int poll(pollfd* fds, nfds_t count, int waitMs) {
         FillQueue();
         return 1;
     }
-    const timespec wait = {waitMs / 1000, waitMs % 1000 * 1'000'000};
-    return ppoll(fds, count, &wait, nullptr);
+    return static_cast<int>(syscall(SYS_poll, fds, count, waitMs));
 }
 
 namespace {
