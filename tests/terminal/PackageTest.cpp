@@ -3,8 +3,11 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 
 #include "tests/terminal/EndToEnd.h"
+
+namespace fs = std::filesystem;
 
 // The package as dpkg installs it, and its service script as a careless caller runs it.
 struct EndToEndPackageTest : EndToEnd {
@@ -130,6 +133,45 @@ TEST_F(EndToEndPackageTest, MistakeInTheSettingsNeverCostsTheMonitor) {
     Service("restart", 1, "None of Keldra's options files exists.\nNothing has been stopped");
     (void)Shell("mv /tmp/config /sysopt");
     EXPECT_EQ(Only("keldra_monitor"), monitor);
+}
+
+TEST_F(EndToEndPackageTest, CheckTellsOfSettingsThatCannotWorkAndTouchesNothing) {
+    const std::string works = "-t 299 -X 1 -n keldra -h own -S service -L /usr/sbin/led_ctl.sh";
+    const struct {
+        std::string options;
+        const char* answer;
+    } rows[] = {
+        {"-t 0", "Warning: -t 0: the daemon reads"},
+        {"-t 300", "Warning: -t 300: the watchdog bites"},
+        {"-t -5", "Warning: -t -5: this is no plain number"},
+        {"-X 4294967297", "Warning: -X 4294967297: this is no plain number"},
+        {"-X 0", "Warning: -X 0: the first failed check"},
+        {"-n nobody", "Warning: -n nobody: there is no such program"},
+        {"-n keldra_of_16_let", "Warning: -n keldra_of_16_let: the kernel keeps 15 characters"},
+        {"-h /absent/file", "Warning: -h /absent/file: its folder does not exist"},
+        {"-S /etc/passwd", "Warning: -S /etc/passwd: it cannot be executed"},
+        {"-L /absent", "Warning: -L /absent: it cannot be executed"},
+        {works, "keldra_monitor holds no mistake: -t 299"},
+    };
+    for (const auto& row : rows) {
+        Settings("KELDRA_MONITOR_OPTIONS='" + row.options + "'");
+        Service("check", 0, row.answer);
+    }
+    EXPECT_EQ(Shell(action_ + "check 2>&1 >/dev/null").output, "") << works;
+    Settings("KELDRA_MONITOR_OPTIONS='-t x'");
+    Service("check", 6, "Invalid heartbeat timeout x");
+    const std::string settings = files_.File("package/etc/default/keldra_monitor");
+    ASSERT_TRUE(fs::remove(settings) && fs::create_directory(settings));
+    Service("check", 6, "this is no file");
+    ASSERT_TRUE(fs::remove(settings));
+    fs::create_symlink("absent", settings);
+    Service("check", 6, "this is no file");
+    EXPECT_EQ(terminal_->Processes("keldra_monitor").size(), 0u);
+    EXPECT_FALSE(fs::exists(terminal_->Path("/var/lib/keldra-monitor")));
+    ASSERT_TRUE(fs::remove(settings));
+    Settings("KELDRA_MONITOR_OPTIONS='-t 1 -X 50 -L /absent'");
+    Service("restart", 0, "Warning: -L /absent: it cannot be executed.\n");
+    ExpectLog("Warning: -L /absent: it cannot be executed.");
 }
 
 TEST_F(EndToEndPackageTest, StartWithAMistakeInTheSettingsTakesThoseOfTheLastStart) {
