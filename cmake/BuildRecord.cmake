@@ -1,5 +1,5 @@
-# The texts of the build records, refreshed at every build and rewritten only when one of them
-# changed: a new commit recompiles the few sources that include them and nothing else.
+# The texts of the build records. Every build checks them and writes them only when one has changed:
+# a new commit recompiles only the few sources that include them.
 set(KELDRA_BUILD_DATA_DIR ${PROJECT_BINARY_DIR}/generated)
 set(KELDRA_BUILD_DATA ${KELDRA_BUILD_DATA_DIR}/BuildData.h)
 set(KELDRA_BUILD_COMMENT "" CACHE STRING "Free text for the build records")

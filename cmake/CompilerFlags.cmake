@@ -1,19 +1,18 @@
-# The project's own code is compiled with these; third-party code is not.
+# Flags for the project's own code, but not for third-party code.
 add_library(keldra_flags INTERFACE)
 target_include_directories(keldra_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(keldra_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KELDRA_WERROR}>:-Werror>)
-# strptime, daemon, CLOCK_MONOTONIC_RAW and friends without the compiler's language extensions.
+# Declares strptime, daemon, CLOCK_MONOTONIC_RAW and the like without language extensions.
 target_compile_definitions(keldra_flags INTERFACE _GNU_SOURCE)
 
-# A 32-bit time_t ends in 2038 and a 32-bit off_t at 2 GB: both have 64 bits wherever the program
-# runs, in third-party code as well. So it is in every program on the core library: they exchange
-# times.
+# A 32-bit time_t ends in 2038, and a 32-bit off_t at 2 GB. Both have 64 bits on every machine, also
+# in third-party code, and in programs that use the core library, since they exchange times with it.
 set(QUENDA_DEFINITIONS _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 add_compile_definitions(${QUENDA_DEFINITIONS})
 
-# Unused functions leave the binary; no path of the building machine enters it.
+# Keeps unused functions and paths of the building machine out of the binary.
 add_compile_options(-ffunction-sections -fdata-sections
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
 add_link_options(-Wl,--gc-sections -Wl,--as-needed)
@@ -36,7 +35,7 @@ endif()
 
 if(KELDRA_LTO)
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-  # A program on the installed core library may be linked without it.
+  # Programs that use the installed core library may be linked without it.
   add_compile_options(-ffat-lto-objects)
 endif()
 

@@ -1,12 +1,12 @@
-# The core library for other programs of the terminal: one archive of all folders of core/, of the
-# shell runner and of the JSON values, with the headers that they include as we do. A program gets
-# it by find_package or pkg-config after
+# The core library for other programs of the terminal: one archive of all folders of core/, the
+# shell runner and the JSON values, and the headers under the same names as here. A program finds it
+# by find_package or pkg-config after
 #   cmake --install BUILD --component quenda --prefix DIRECTORY
-# or by add_subdirectory; docs/core-library.md shows all three. An installation without that component
-# named is the daemon's and holds none of it.
+# or uses add_subdirectory; docs/core-library.md shows all three. An installation that does not name
+# the component installs only the daemon.
 include(CMakePackageConfigHelpers)
 
-# All libraries that there are by now.
+# All libraries that are defined so far.
 get_property(parts GLOBAL PROPERTY KELDRA_LIBRARIES)
 list(TRANSFORM parts REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
 add_library(quenda STATIC ${parts} $<TARGET_OBJECTS:quenda_json>)
@@ -14,7 +14,7 @@ add_library(quenda::core ALIAS quenda)
 set_target_properties(quenda PROPERTIES LINKER_LANGUAGE CXX EXPORT_NAME core)
 target_compile_features(quenda INTERFACE cxx_std_17)
 target_compile_definitions(quenda INTERFACE ${QUENDA_DEFINITIONS})
-# Not as system headers: those of another jsoncpp, mostly such, would come first.
+# Not as system headers: another jsoncpp's, which are usually no system headers, would come first.
 target_include_directories(quenda INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${QUENDA_JSON_DIR}/include>)
 
@@ -42,7 +42,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/generated/quendaConfigVer
 install(FILES ${PROJECT_BINARY_DIR}/generated/quendaConfigVersion.cmake
   DESTINATION ${QUENDA_PACKAGE} ${component})
 
-# Relative to the file itself, so that the prefix can be given at installation.
+# The prefix is relative to the file, so that the installation can choose it.
 file(RELATIVE_PATH QUENDA_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 list(TRANSFORM QUENDA_DEFINITIONS PREPEND -D OUTPUT_VARIABLE QUENDA_CFLAGS)
 list(JOIN QUENDA_CFLAGS " " QUENDA_CFLAGS)

@@ -1,6 +1,6 @@
-# jsoncpp's value model and writers (the reader is left out), built from source with the changes
-# of core/options/internal/JsoncppChanges.h: above all, every text it frees is wiped first.
-# scripts/setup puts the source where the default below looks.
+# Builds jsoncpp's value model and writers, without its reader, with the changes of
+# core/options/internal/JsoncppChanges.h: above all, freed texts are wiped. scripts/setup puts the
+# source into the default directory below.
 set(JSONCPP_SOURCE_DIR "${PROJECT_SOURCE_DIR}/third_party/jsoncpp" CACHE PATH
   "jsoncpp 1.9.5 source tree")
 if(NOT EXISTS "${JSONCPP_SOURCE_DIR}/src/lib_json/json_value.cpp")
@@ -8,8 +8,8 @@ if(NOT EXISTS "${JSONCPP_SOURCE_DIR}/src/lib_json/json_value.cpp")
     "Run scripts/setup, or pass -DJSONCPP_SOURCE_DIR= with a jsoncpp 1.9.5 source tree.")
 endif()
 
-# change(PATTERN REPLACEMENT): replaces every match in `text`, which is the file `source`. A release of
-# the library that is written differently must not be built without the change.
+# change(PATTERN REPLACEMENT): replaces every match in `text`, the contents of the file `source`.
+# Without a match it fails: another release must not be built without the change.
 function(change pattern replacement)
   string(REGEX REPLACE "${pattern}" "${replacement}" changed "${text}")
   if(changed STREQUAL text)

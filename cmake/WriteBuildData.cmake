@@ -1,5 +1,5 @@
-# Run with cmake -P at every build: writes OUTPUT, a header with one macro for each field of a
-# build record. Without git (a source archive) the fields that git fills say so.
+# Run with cmake -P at every build: writes OUTPUT, a header with one macro for each field of a build
+# record. Without git (in a source archive) git's fields have fixed texts.
 
 # run(VAR FALLBACK command...): the first line of the command's output, or FALLBACK.
 function(run variable fallback)
@@ -33,8 +33,8 @@ endif()
 
 run(compiler "unknown" ${COMPILER} --version)
 if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  # A reproducible build carries nothing of the machine, the account or the hour; and a commit is
-  # the same on every branch.
+  # A reproducible build names no machine, account or time, and no branch: equal commits must give
+  # equal files.
   set(branch "reproducible")
   set(user "reproducible")
   set(host "reproducible")
@@ -54,7 +54,7 @@ function(define content name value)
 endfunction()
 
 set(fields "")
-# Of four numbers; the last one tells commits apart.
+# Four numbers; the last one counts commits.
 define(fields BUILD_VERSION "${VERSION}.${build_number}")
 define(fields BUILD_NUMBER "${build_number}")
 define(fields BUILD_USER "${user}")
@@ -67,8 +67,8 @@ define(fields BUILD_COMPILER "${compiler}")
 define(fields BUILD_KERNEL "${kernel}")
 define(fields BUILD_COMMENT "${COMMENT}")
 
-# The time of the build counts as a change only together with another one, or when it is given:
-# otherwise every build would recompile and link anew.
+# A new build time alone is no change, unless it is given: otherwise every build would recompile and
+# link again.
 set(old "")
 if(EXISTS "${OUTPUT}")
   file(READ "${OUTPUT}" old)

@@ -8,26 +8,25 @@ namespace Quenda {
 
 class Writable;
 
-// The build records of the libraries in this process (runtime records) and, where the program
-// brings them along, of the libraries that it was built against (buildtime records), and the
-// program's own name.
+// The program's name and the build records of the libraries in this process (runtime records). A
+// program may add the records of the libraries that it was built against (buildtime records).
 //
-// A record is printed with a mark: "?" without a buildtime record of its name, "!" when that one
-// differs, a blank when it is equal. Printing to null prints nothing.
+// A record is printed with a mark: "?" when there is no buildtime record of its name, "!" when
+// that one differs, a blank when it is equal. Printing to null prints nothing.
 class BuildInfoRegistry {
 public:
-    // The process's one registry, built on first use and destroyed at exit.
+    // The process's registry, built on first use and destroyed at exit.
     static BuildInfoRegistry& Instance();
 
     BuildInfoRegistry() = default;
     BuildInfoRegistry(const BuildInfoRegistry&) = delete;
     BuildInfoRegistry& operator=(const BuildInfoRegistry&) = delete;
 
-    // Keeps the pointer, not a copy. "UnsetApplicationName" until it is set.
+    // Keeps the pointer, not a copy. The name is "UnsetApplicationName" until it is set.
     void SetApplicationName(const char* name) { applicationName_ = name; }
     const char* GetApplicationName() const { return applicationName_; }
 
-    // Keeps a copy; does nothing for a second record of the same name.
+    // Keeps a copy. A second record of the same name is ignored.
     void AddRuntimeRecord(const BuildRecord& record) { Add(runtimeRecords_, record); }
     void AddBuildtimeRecord(const BuildRecord& record) { Add(buildtimeRecords_, record); }
 
@@ -37,7 +36,7 @@ public:
         return Find(buildtimeRecords_, name);
     }
 
-    // The version, or all fields, of the runtime record of that name; of every one for null.
+    // Prints the version, or all fields, of the runtime record of that name; null means all.
     void PrintSummary(Writable* out, const char* name = nullptr) const { Print(out, name, false); }
     void PrintDetails(Writable* out, const char* name = nullptr) const { Print(out, name, true); }
 

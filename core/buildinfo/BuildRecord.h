@@ -1,4 +1,4 @@
-// What a library or program was built from: the texts that -v prints, filled in by the build.
+// Says from what a library or program was built. The build fills in the texts; -v prints them.
 #pragma once
 
 #include <array>
@@ -16,11 +16,11 @@ struct BuildRecord {
     std::array<const char*, kFieldCount> fields;
 };
 
-// The label that the field at this index is printed with; "Error" for kFieldCount, "Unknown"
-// for anything beyond.
+// The printed label of the field at this index; "Error" for kFieldCount, "Unknown" for a larger
+// index.
 const char* BuildFieldLabel(size_t index);
 
-// Whether all fields are equal as texts; the names are not compared.
+// Compares the texts of all fields, but not the names.
 bool operator==(const BuildRecord& a, const BuildRecord& b);
 
 // The core library's own record.

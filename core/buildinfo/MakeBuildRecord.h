@@ -1,5 +1,5 @@
-// For the one source file of a library that defines its build record, and for no other: the
-// texts included here change with every commit.
+// Include this only in the source file that defines a library's build record: the texts change with
+// every commit.
 #pragma once
 
 #include "BuildData.h"

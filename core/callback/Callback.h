@@ -13,8 +13,8 @@ namespace Quenda {
 template <typename Signature>
 class CallbackRef;
 
-// What every callback with a given signature has in common. Born with a count of 0; owned from
-// the moment the first handle takes it, and deleted when the last handle lets go.
+// The base of all callbacks with a given signature. The count is 0 at first; the first handle makes
+// it 1, and the last handle deletes the object.
 template <typename Signature>
 class CallbackBuffer;
 
@@ -26,7 +26,7 @@ public:
     CallbackBuffer& operator=(const CallbackBuffer&) = delete;
     virtual ~CallbackBuffer() = default;
 
-    // Calls the target once. Whatever goes wrong in the target is the target's business.
+    // Calls the target once. An exception of the target passes through.
     virtual Result Invoke(Arguments... arguments) = 0;
 
 private:
@@ -110,8 +110,8 @@ private:
     Buffer* buffer_ = nullptr;
 };
 
-// The callback that calls a function, or a member function of an object, which must outlive it;
-// with the first handle to it.
+// Makes a callback and returns the first handle to it. It calls a function, or a member function of
+// an object, which must outlive it.
 template <typename Result, typename... Arguments>
 CallbackRef<Result(Arguments...)> MakeCallback(Result (*function)(Arguments...)) {
     using Signature = Result(Arguments...);

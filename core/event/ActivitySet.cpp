@@ -60,10 +60,10 @@ bool ActivitySet::Run(int argument) {
     bool result = true;
     while (!current_->IsEmpty()) {
         ActivityHold* const hold = current_->Head();
-        // The callback outlives its own invocation, even if that destroys the hold.
+        // The callback must survive its own call, even when that destroys the hold.
         const ActivityHold::CallbackHandle kept = hold->kept_;
         result = hold->callback_ == nullptr || hold->callback_->Invoke(argument);
-        // Compared as an address only: the callback may have destroyed the hold.
+        // Only the address is compared: the callback may have destroyed the hold.
         if (current_->Head() != hold) {
             return result;
         }

@@ -1,5 +1,5 @@
-// Deferred work that the event loop runs on its next pass, without waiting for a descriptor or
-// a timer.
+// Deferred work. The event loop runs it on its next pass, without waiting for a descriptor or a
+// timer.
 #pragma once
 
 #include "core/callback/Callback.h"
@@ -11,16 +11,15 @@ namespace Quenda {
 class ActivitySet;
 class Writable;
 
-// One piece of deferred work. It belongs to whoever made it, and takes itself out of its set
-// when it is destroyed.
+// One piece of deferred work. The set does not own it. When it is destroyed, it leaves its set.
 class ActivityHold {
 public:
     // True when the work is done; false to be called again on the next pass.
     using Callback = CallbackBuffer<bool(int)>;
     using CallbackHandle = CallbackRef<bool(int)>;
 
-    // The callback is not owned, must outlive the hold, and may be null: such a hold is done as
-    // soon as it is run.
+    // The callback is not owned and must outlive the hold. It may be null: running the hold then
+    // does nothing and counts as done.
     explicit ActivityHold(Callback* callback, SharedText name = SharedText());
     // Keeps a reference to the callback.
     explicit ActivityHold(CallbackHandle callback, SharedText name = SharedText());
@@ -38,33 +37,33 @@ private:
     friend class ActivitySet;
 
     Callback* callback_;
-    CallbackHandle kept_;  // of the same; empty for a callback that is not owned
+    CallbackHandle kept_;  // keeps `callback_` alive; empty when that is not owned
     SharedText name_;
     ActivitySet* owner_ = nullptr;
 };
 
-// The holds of one event loop: those of the pass that runs, and those that wait for the next.
+// The holds of one event loop, in two lists: the running pass and the next one.
 class ActivitySet {
 public:
     ActivitySet();
     ActivitySet(const ActivitySet&) = delete;
     ActivitySet& operator=(const ActivitySet&) = delete;
-    // Takes every hold out; the holds live on.
+    // Takes every hold out, but destroys none.
     ~ActivitySet();
 
-    // Queues the hold for the next pass. True also for one that is queued already; false for null.
+    // Queues the hold for the next pass. True also when it is queued already; false for null.
     bool Add(ActivityHold* hold);
     // False for null and for a hold that is in no list.
     bool Remove(ActivityHold* hold);
     bool HasActivities() const { return !current_->IsEmpty() || !next_->IsEmpty(); }
 
-    // One pass over the holds queued so far, in the order in which they were added. Work added
-    // meanwhile waits for the next pass. A callback that removes its own hold, or destroys it,
-    // ends the pass; the holds not yet run stay queued and run in a later pass.
-    // Returns what the last callback returned, true when there was none.
+    // Runs the queued holds once, in the order in which they were added. Holds added meanwhile wait
+    // for the next pass. A callback that removes or destroys its own hold ends the pass, on
+    // purpose: the holds that have not run stay queued for a later one. Returns the last callback's
+    // result, or true without one.
     bool Run(int argument);
 
-    // The two headings differ in their letters on purpose: tools tell the forms apart by them.
+    // The headings say "activities" and "Activities", on purpose: tools tell the two forms apart.
     SharedText Text() const;
     void Dump(Writable* out) const;
 

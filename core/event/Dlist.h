@@ -7,7 +7,7 @@ namespace Quenda {
 template <typename T>
 class Dlist;
 
-// What an element of a Dlist carries: its links, and the list that it is in.
+// An element of a Dlist holds its links and the list that it is in.
 template <typename T>
 struct DlistLinks {
     T next = nullptr;
@@ -15,8 +15,8 @@ struct DlistLinks {
     Dlist<T>* list = nullptr;
 };
 
-// A circular doubly-linked list through its own elements: T is a pointer to something with a
-// member `links`. It allocates nothing and owns nothing; an element is in one list at most.
+// A circular doubly-linked list whose elements hold the links: T is a pointer to an object with a
+// member `links`. It allocates nothing and owns nothing. An element is in one list at most.
 template <typename T>
 class Dlist {
 public:

@@ -19,9 +19,9 @@ namespace Quenda {
 
 namespace {
 
-// epoll_pwait looks for signals only when it has to wait: a loop that always finds something to
-// do, or always fails, would never let one in.
-void LetSignalsIn() {
+// epoll_pwait delivers signals only while it waits: a loop that always finds something to do, or
+// always fails, would never receive one.
+void DeliverSignals() {
     const SignalWindow window;
 }
 
@@ -37,7 +37,7 @@ epoll_event EventFor(const FileDescriptorHandler& handler) {
 void Sleep(Writable* out, const char* milliseconds) {
     const int n = StrToInt32(milliseconds, 10);
     out->Printf("Sleeping for %i milliseconds.\n", n);
-    // As unsigned microseconds, a negative number would stand for more than an hour.
+    // A negative number, taken as unsigned microseconds, would be more than an hour.
     if (n > 0) {
         usleep(static_cast<useconds_t>(n) * 1000U);
     }
@@ -57,7 +57,7 @@ EventLoop::EventLoop()
 
 EventLoop::~EventLoop() {
     if (epollFd_ > 0) {
-        (void)close(epollFd_);  // nobody is left to tell
+        (void)close(epollFd_);  // at exit, a failure has no effect
     }
 }
 
@@ -89,6 +89,7 @@ bool EventLoop::AddHandler(FileDescriptorHandler* handler) {
                    handler->Name());
         return false;
     }
+    // A guard only: the look-up above leaves no case for it.
     if (!handlers_.emplace(fd, handler).second) {
         LogMessage(2, "In EventLoop::AddHandler, failed to add handler %d/%s.\n", fd,
                    handler->Name());
@@ -153,7 +154,7 @@ bool EventLoop::WaitAndDispatch(bool poll) {
         const int error = errno;
         if (error != EINTR) {
             LogError("EventLoop error %s (%d)\n", strerror(error), error);
-            LetSignalsIn();
+            DeliverSignals();
         }
         if (IsFatalError(error)) {
             terminate_ = true;
@@ -163,7 +164,7 @@ bool EventLoop::WaitAndDispatch(bool poll) {
         return true;
     }
     if (count > 0 || timeoutMs == 0) {
-        LetSignalsIn();
+        DeliverSignals();
     }
     Dispatch(count);
     return true;
@@ -173,7 +174,7 @@ int EventLoop::NextTimeoutMs() const {
     if (activities_->HasActivities()) {
         return 0;
     }
-    // Without a timer the loop still looks around once a second.
+    // Without a timer the loop still wakes up once a second.
     return WaitTimeoutMs(timeKeeper_->IsEmpty() ? TimeValue(1, 0) : timeKeeper_->TimeToNext());
 }
 
@@ -189,8 +190,8 @@ void EventLoop::Dispatch(int count) {
             ++handler->readCount_;
             handler->HandleRead();
         }
-        // After any change the handler may be gone. The price is that one write readiness is
-        // skipped; epoll reports it again at the next wait.
+        // After any change the handler may be gone, so this write event is skipped, on purpose.
+        // epoll reports it again at the next wait.
         if (handlersChanged_) {
             handlersChanged_ = false;
         } else if ((mask & EPOLLOUT) != 0) {

@@ -15,13 +15,13 @@ class FileDescriptorHandler;
 class TimeKeeperIntf;
 class Writable;
 
-// The process's single-threaded event loop: waits with epoll(7) for descriptors and for the next
-// timer, and gives deferred work one pass per turn. Handlers and activities are not owned.
-// Signals that the process holds (SignalWindow) arrive while it waits, and when it looked for
-// descriptors without a wait.
+// The process's single-threaded event loop. Each turn waits with epoll(7) for descriptors and the
+// next timer, and gives deferred work one pass. Handlers and activities are not owned.
+// Signals that the process blocks (SignalWindow) are delivered during the wait, and after each
+// look at the descriptors that did not wait.
 class EventLoop {
 public:
-    // The process's one loop, built on first use and destroyed at exit.
+    // The process's loop, built on first use and destroyed at exit.
     static EventLoop& Instance();
 
     EventLoop();
@@ -32,34 +32,33 @@ public:
     // Must succeed before `Run`. Does nothing when called again.
     bool Init();
 
-    // Registers a handler for its descriptor, which becomes close-on-exec. One handler per
-    // descriptor: false, with a line in the log, for a second one and for a descriptor below 0.
-    // When epoll refuses the descriptor, that is logged, too, but the handler stays registered
-    // (silent) and the result is true.
+    // Registers a handler for its descriptor, which becomes close-on-exec. Logs and returns false
+    // when the descriptor is below 0 or has a handler already. When epoll refuses the descriptor,
+    // that is logged, but the handler stays registered, without events, and the result is true.
     bool AddHandler(FileDescriptorHandler* handler);
     // Neither closes nor deletes the handler. False when its descriptor has no handler.
     bool RemoveHandler(FileDescriptorHandler* handler);
-    // Passes the handler's present events on to epoll.
+    // Tells epoll the handler's present events.
     bool ModifyHandler(FileDescriptorHandler* handler);
 
     // See ActivitySet.
     bool AddActivity(ActivityHold* hold) { return activities_->Add(hold); }
     bool RemoveActivity(ActivityHold* hold) { return activities_->Remove(hold); }
 
-    // Runs until it is stopped, or until epoll reports that its own descriptor is no longer valid:
-    // only then false. Either end is logged. A signal ends a wait early, which is harmless.
+    // Runs until `Stop`, or until epoll says that its own descriptor is invalid: only then the
+    // result is false. Either end is logged. A signal ends a wait early, which is harmless.
     bool Run();
-    // For a callback: ends `Run` after this turn, whose timers and activities still get their pass.
-    // Ends nested runs, too, and has no effect on a later one.
+    // For a callback. Ends `Run`, and every run around it, after this turn's timers and activities.
+    // Has no effect on a later run.
     void Stop() { terminate_ = true; }
-    // Dispatches what is ready now, without waiting; runs neither timers nor activities.
-    // False when the loop cannot go on. Not from within a handler's callback: it would take over
-    // the events of the batch that is being dispatched.
+    // Dispatches the descriptors that are ready now, without waiting. Runs neither timers nor
+    // activities. False when the loop cannot go on. Do not call it in a handler's callback: it
+    // would overwrite the events that are being dispatched.
     bool Poll();
 
     void Dump(Writable* out) const;
     void DumpHandlers(Writable* out) const;
-    // The console's command for the loop: "fd", "timer", "act", "sleep MS", or nothing for all.
+    // Runs a console command: "fd", "timer", "act" or "sleep MS"; without a word, dumps everything.
     // Does nothing when `out` is null.
     void DebugCommand(Writable* out, int argc, const char* const* argv);
 
@@ -77,15 +76,15 @@ private:
     int NextTimeoutMs() const;
     void Dispatch(int count);
 
-    // Without a deleter: handlers hold weak references to it, to find out whether the loop
-    // still exists.
+    // Without a deleter. Handlers hold weak references to it, which tell whether the loop still
+    // exists.
     std::shared_ptr<EventLoop> self_;
     TimeKeeperIntf* timeKeeper_;
     int epollFd_ = -1;
     epoll_event events_[kMaxEvents] = {};
     bool handlersChanged_ = false;
     bool terminate_ = false;
-    bool isSound_ = true;  // epoll's own descriptor is valid, as far as is known
+    bool isSound_ = true;  // false once epoll called its own descriptor invalid
     std::map<int, FileDescriptorHandler*> handlers_;
     std::unique_ptr<ActivitySet> activities_;
 };

@@ -34,7 +34,7 @@ FileDescriptorHandler::~FileDescriptorHandler() {
     if (const std::shared_ptr<EventLoop> loop = loop_.lock()) {
         loop->RemoveHandler(this);
     }
-    (void)close(fd_);  // nobody is left to tell
+    (void)close(fd_);  // the descriptor is gone even when this fails
     fd_ = -1;
 }
 

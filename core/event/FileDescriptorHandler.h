@@ -10,23 +10,23 @@ namespace Quenda {
 class EventLoop;
 class Writable;
 
-// Something that wants to know when its descriptor is ready. It owns the descriptor, and the
-// loop that it is added to (EventLoop::AddHandler) calls it back; the loop may end before it.
+// Owns a descriptor. The event loop that it is added to (EventLoop::AddHandler) calls it when the
+// descriptor is ready. The loop may be destroyed first.
 //
-// Errors and hang-ups arrive through HandleRead: a read or an ioctl then tells what happened.
+// Errors and hang-ups arrive through HandleRead: a read or an ioctl then tells the reason.
 class FileDescriptorHandler {
 public:
-    // `events`: any of EPOLLIN and EPOLLOUT (epoll_ctl(2)); errors and hang-ups always belong.
+    // `events`: EPOLLIN, EPOLLOUT or both (epoll_ctl(2)). Errors and hang-ups are always reported.
     FileDescriptorHandler(SharedText name, int fd, uint32_t events);
-    // Without a descriptor yet, for reading.
+    // For reading from a descriptor that `SetFd` gives later.
     explicit FileDescriptorHandler(SharedText name);
     FileDescriptorHandler(const FileDescriptorHandler&) = delete;
     FileDescriptorHandler& operator=(const FileDescriptorHandler&) = delete;
-    // Leaves the loop and closes the descriptor. Descriptor 0 does neither, on purpose: a
-    // handler on the console never takes standard input away from the process.
+    // Leaves the loop and closes the descriptor. For descriptor 0 it does neither, on purpose: a
+    // console's handler must not close the process's standard input.
     virtual ~FileDescriptorHandler();
 
-    // Both may remove, destroy or add any handler, this one included.
+    // Both may add, remove or destroy any handler, this one included.
     virtual void HandleRead() = 0;
     virtual void HandleWrite() = 0;
     // Called when the handler is added to a loop.

@@ -9,15 +9,15 @@
 
 namespace Quenda {
 
-// For system calls that failed, and for the event loop's end. Reaches syslog as LOG_ERR.
+// For system calls that failed and for the end of the event loop. Reaches syslog as LOG_ERR.
 void LogError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// Level 0 (all the monitor's own messages) reaches syslog as LOG_NOTICE. Any other level reaches
-// standard error only: this is meant so, and keeps detail out of the terminal's syslog.
+// Level 0 (all messages of the monitor) reaches syslog as LOG_NOTICE. Other levels reach only
+// standard error, on purpose: the terminal's syslog is kept free of details.
 void LogMessage(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Where the log calls end: one hook for each. A hook that replaces another calls the one that it
-// replaced, with an argument list of its own.
+// Each log call runs its hook. A hook that replaces another one calls that with its own copy of the
+// arguments.
 struct LogHooks {
     void (*plain)(const char* format, va_list arguments);
     void (*levelled)(int level, const char* format, va_list arguments);

@@ -54,7 +54,7 @@ void TraceList::TraceAll(const char* format, ...) {
 
 void TraceList::WriteFrom(int level, const char* format, va_list arguments) {
     const auto admits = [level](const Entry& entry) { return entry.level >= level; };
-    // Nothing is formatted for nobody: the watchdog traces on every check.
+    // Without a reader nothing is formatted: the watchdog traces on every check.
     if (std::none_of(entries_.begin(), entries_.end(), admits)) {
         return;
     }
@@ -62,7 +62,7 @@ void TraceList::WriteFrom(int level, const char* format, va_list arguments) {
     try {
         text = FormatTextV(format, arguments);
     } catch (const std::bad_alloc&) {
-        return;  // what is traced is not to fail for want of a trace
+        return;  // a lack of memory for the trace must not stop the traced operation
     }
     for (const Entry& entry : entries_) {
         if (admits(entry)) {

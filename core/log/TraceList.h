@@ -7,9 +7,9 @@
 
 namespace Quenda {
 
-// Output sinks, each with a threshold: a traced message is formatted once and written to every
-// sink whose threshold is at least the message's level, in the order in which they were added.
-// The sinks are not owned; one that is destroyed takes itself out.
+// Output sinks, each with a threshold. A traced message is formatted once and written to every sink
+// whose threshold is at least the message's level, in the order in which the sinks were added.
+// The sinks are not owned. A sink that is destroyed leaves the list.
 class TraceList : public TraceListIntf {
 public:
     TraceList() = default;

@@ -11,8 +11,8 @@ namespace {
 
 constexpr double kTwoTo31 = 2147483648.0;
 
-// What strtoll(3) reads: limits of 64 bits, so that it tells which of the 32-bit ones was passed.
-// The base is detected here, for newer C libraries than the terminal's detect more of them ("0b").
+// Reads with strtoll(3): a 64-bit number tells which 32-bit limit was passed. The base is detected
+// here, since newer C libraries than the terminal's detect more of them ("0b").
 bool Scan(const char* text, int base, long long& number) {
     if (base == 0) {
         const char* digits = text + strspn(text, " \t\n\v\f\r");

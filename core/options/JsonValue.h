@@ -1,5 +1,5 @@
-// What users of an options tree need of its JSON values where jsoncpp's own value type behaves
-// otherwise: tests of the type, and conversions.
+// Type tests and conversions of JSON values. Use these with options: jsoncpp's own treat null,
+// booleans and numbers out of range differently.
 //
 // Nothing throws. A number out of range is complained about on standard output ("Quenda
 // workaround: ...") and converted all the same. A value of an unsuitable type is complained about
@@ -26,7 +26,7 @@ bool IsNumeric(const Json::Value& value);
 int32_t AsInt(const Json::Value& value);
 uint32_t AsUInt(const Json::Value& value);
 double AsDouble(const Json::Value& value);
-// Of a string, a boolean ("true" or "false") or null (""); any other type ends the process.
+// Takes a string, a boolean ("true" or "false") or null (""). Any other type ends the process.
 std::string AsText(const Json::Value& value);
 
 }  // namespace Quenda::JsonValue

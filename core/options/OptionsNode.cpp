@@ -50,7 +50,7 @@ OptionsNode::OptionsNode(const OptionsNode& other) {
     *this = other;
 }
 
-// What this node holds itself stays unless it is replaced: the other node may view a part of it.
+// This node's own value is not cleared: the other node may view a part of it.
 OptionsNode& OptionsNode::operator=(const OptionsNode& other) {
     if (this != &other) {
         value_ = other.value_;
@@ -236,7 +236,7 @@ bool OptionsNode::SelectMembers(const MemberPredicate& predicate, OptionsNode& r
     return true;
 }
 
-// The library has marked its plain writers as deprecated; the text of options is theirs.
+// The library marks these writers as deprecated, but the texts of options are theirs.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 

@@ -20,27 +20,29 @@ using OptionsContext = std::array<uintptr_t, 2>;
 // Member names from the outermost to the innermost; array elements cannot be reached by a path.
 using OptionsPath = std::vector<const char*>;
 
-// Called with a flag to set when the walk shall end, the name or index, and the node. A visitor
-// must not add or remove members or elements of the value that is walked.
+// Called with a flag, the name or index, and the node. Setting the flag ends the walk. A visitor
+// must not add members or elements to the visited value, or remove them.
 using MemberVisitor = CallbackRef<void(bool&, const char*, const OptionsNode&)>;
 using ElementVisitor = CallbackRef<void(bool&, uint32_t, const OptionsNode&)>;
 using MemberPredicate = CallbackRef<bool(const char*)>;
 
-// A read-only view of one value in a JSON document, which belongs to someone else and must
-// outlive the node; or of a value that the node holds itself. What is looked up in such a node
-// views a part of it and must not outlive it.
+// A read-only view of one value in a JSON document. The document is not owned and must outlive the
+// node. A node can also view a value that it holds itself. A node that is looked up in such a node
+// views a part of that value, and must not outlive it.
 //
-// The document wipes its texts and names, but not its comments, when it releases them. Texts handed
-// out here (of values, of whole trees, messages with a path) are ordinary strings: not wiped.
+// When a document releases a text or a name, it wipes the memory; comments are not wiped. The
+// strings that a node returns are ordinary ones and not wiped.
 //
-// A null value counts as an object and as an array without elements. Nothing throws: a call
-// that fails gives false, an empty text or a node that views a null value, and leaves its message
-// in the node that was asked (`Error`); a call that succeeds leaves an earlier message alone.
-// Names may be null and are then found nowhere. A getter with a default gives that on every
-// failure, of whatever kind, and says false; a getter without one leaves its output alone. A value
-// in which arrays and objects nest in more than kMaxNesting levels is neither copied nor
-// written out: that fails with "Invalid operation: OptionsNode is nested too deeply". A value
-// that becomes a member or an element may nest in one level less.
+// A null value counts as an object and as an array without elements. A name may be null and is
+// never found.
+//
+// Nothing throws. A call that fails returns false, an empty text or a node that views a null value,
+// and leaves its message in this node (`Error`). A call that succeeds leaves an earlier message. On
+// failure a getter with a default sets its output to that; one without leaves its output unchanged.
+//
+// Arrays and objects may nest in kMaxNesting levels; a value that becomes a member or an element,
+// in one level less. Copying or writing out a deeper value fails with "Invalid operation:
+// OptionsNode is nested too deeply".
 class OptionsNode {
 public:
     // Each level costs stack, and no real document needs so many.
@@ -48,7 +50,7 @@ public:
 
     // Empty: views nothing.
     OptionsNode() = default;
-    // Views the value; null makes a node that views a null value of its own.
+    // Views the value. For a null pointer, holds and views a null value.
     explicit OptionsNode(const Json::Value* value, OptionsContext context = {});
     // Views a copy of the value.
     explicit OptionsNode(const Json::Value& value, OptionsContext context = {});
@@ -57,26 +59,25 @@ public:
     OptionsNode& operator=(const OptionsNode& other);
     virtual ~OptionsNode() = default;
 
-    // True only for a node that views nothing, not for a null value or a container without
-    // elements.
+    // True only when the node views nothing: false for a null value and for an empty container.
     bool IsEmpty() const { return value_ == nullptr; }
     bool IsObject() const;
 
-    // An absent member or element, or one that is null, gives a node that views a null value,
-    // without a message.
+    // When the member or element is absent or null, the result views a null value, without a
+    // message.
     OptionsNode GetMember(const char* name) const;
     OptionsNode GetElement(uint32_t index) const;
-    // An empty path gives this node's value. A value without elements cannot be asked at all.
+    // An empty path gives this node's value. Fails for a value without elements, on any path.
     OptionsNode GetNode(const OptionsPath& path) const;
 
-    // The text of a scalar, reals with six decimals; empty for null, arrays and objects.
+    // The text of a scalar; a real has six decimals. Empty for null, arrays and objects.
     static std::string GetValueString(const Json::Value& value);
-    // Also empty, without a message, when this node is no object or no array.
+    // Also empty, without a message, when this node is not an object, or not an array.
     std::string GetMemberString(const char* name) const;
     std::string GetElementString(uint32_t index) const;
 
-    // Take numbers and booleans, converted as JsonValue does it, and strings that begin with a
-    // number ("%i", "%u", "%lf" and "%f" of scanf(3)). On failure `out` stays as it was.
+    // Accept numbers and booleans, converted by JsonValue, and strings that begin with a number
+    // ("%i", "%u", "%lf" and "%f" of scanf(3)). On failure `out` is unchanged.
     bool GetInt(int32_t& out, const Json::Value& value) const;
     bool GetUInt(uint32_t& out, const Json::Value& value) const;
     bool GetDouble(double& out, const Json::Value& value) const;
@@ -88,19 +89,19 @@ public:
     bool GetMemberValue(double& out, const char* name, double defaultValue) const;
     bool GetMemberValue(float& out, const char* name, float defaultValue) const;
 
-    // Members come in ascending byte order of their names. False, without a message, when this
-    // node is no object or no array, or the visitor is empty.
+    // Visit members in the byte order of their names, elements by index. False, without a message,
+    // when this node is not an object, or not an array, or the visitor is empty.
     bool ForEachMember(const MemberVisitor& visitor) const;
     bool ForEachElement(const ElementVisitor& visitor) const;
-    // Makes `result` view a value of its own with the members whose names the predicate takes.
-    // False when there are none; `result` is then untouched.
+    // Copies the members whose names the predicate accepts into an object that `result` then holds
+    // and views. Without such a member, returns false and leaves `result` unchanged.
     bool SelectMembers(const MemberPredicate& predicate, OptionsNode& result) const;
 
-    // Writes the value at the path as indented JSON text with its comments, a line end before
-    // and after it; nothing when the lookup fails or finds an empty value.
+    // Writes the value at the path as indented JSON text, with its comments and between two line
+    // ends. Writes nothing when the lookup fails or the value is empty.
     void Print(Writable* out, const OptionsPath& path) const;
-    // JSON text on one line, without comments, and the line end with which the JSON library's
-    // writer closes it. Empty when there is no value or nothing in it.
+    // JSON text on one line, without comments, and a line end. Empty for a null value, an empty
+    // container and an empty node.
     SharedText GetCompactText() const;
     // A comment as the tree writes it: "//" and the text. Null counts as the empty text.
     static std::string GetCommentText(const char* text);
@@ -108,7 +109,7 @@ public:
     // The message of the last failed call. Ask its `IsEmpty`: it is absent when no call failed, and
     // an empty text after a successful `OptionsNodeEdit::Merge`.
     const SharedText& Error() const { return error_; }
-    // Makes it absent, so that a message left by the next call is known to be its own.
+    // Makes it absent: a message after the next call is then that call's.
     void ClearError() { error_ = {}; }
     const OptionsContext& Context() const { return context_; }
     // The value viewed; a null value for an empty node.
@@ -120,7 +121,7 @@ protected:
     void SetError(SharedText message) const { error_ = std::move(message); }
     // Fails when the value nests deeper than that.
     bool CheckNesting(const Json::Value& value, unsigned levels) const;
-    // The value that this node holds itself, whether it views that or another one.
+    // The value that this node holds itself, even when it views another one.
     Json::Value* OwnValue() { return &own_; }
     const Json::Value* OwnValue() const { return &own_; }
     // Holds a copy of the value, or a null value when it nests too deeply.
@@ -131,7 +132,7 @@ private:
     using Getter = bool (OptionsNode::*)(T& out, const Json::Value& value) const;
 
     OptionsNode Derive(const Json::Value* value) const;
-    // True for null; else keeps the message of the failure.
+    // True when `failure` is null. Keeps the message otherwise.
     bool Succeed(const char* failure) const;
     template <typename T>
     bool GetMemberValue(T& out, const char* name, T defaultValue, Getter<T> get) const;

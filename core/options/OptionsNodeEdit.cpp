@@ -10,7 +10,7 @@ namespace Quenda {
 
 namespace {
 
-// What is put into a document may nest one level less than what can be read out of it.
+// A source may nest in one level less than a value that is read.
 constexpr unsigned kMaxSourceNesting = OptionsNode::kMaxNesting - 1;
 
 constexpr char kNullNode[] = "Invalid operation: merge on Null OptionsNode(s)";
@@ -37,7 +37,7 @@ OptionsNodeEdit& OptionsNodeEdit::operator=(const OptionsNodeEdit& other) {
     editValue_ = other.editValue_;
     modified_ = other.modified_;
     if (other.editValue_ == other.OwnValue()) {
-        // Not copied yet when `other` was made to view another value than it edits.
+        // Not copied yet when `other` views another value than it edits.
         SetOwnValue(*other.OwnValue());
         editValue_ = OwnValue();
     }
@@ -135,7 +135,7 @@ bool OptionsNodeEdit::PutMember(const char* name, const OptionsNode& source) {
     if (!CheckNesting(source.Value(), kMaxSourceNesting)) {
         return false;
     }
-    // Before anything changes: the source may be a part of this value, or the other way round.
+    // Copied before anything changes: the source may be a part of this value, or contain it.
     Json::Value copy = source.Value();
     JsonTree::AssignValue(JsonTree::DemandMember(*editValue_, name), std::move(copy));
     return Changed();
@@ -227,15 +227,15 @@ bool OptionsNodeEdit::Truncate(uint32_t size) {
         return Fail("Invalid operation: the array is already smaller than the truncated size");
     }
     if (size > 0) {
-        // An array that was filled with gaps has its last element only from here on, without
-        // which the library would not find the size it wants.
+        // In an array with gaps the last element may not exist yet. Without it, the library's
+        // resize ends the process.
         (void)(*editValue_)[size - 1];
     }
     editValue_->resize(size);
     return true;
 }
 
-// Both read copies: a source may be a part of this value, or this value a part of it.
+// Both read copies: the source may be a part of this value, or contain it.
 
 bool OptionsNodeEdit::Overlay(const OptionsNode& source, uint32_t maxDepth) {
     if (editValue_ == nullptr || source.IsEmpty()) {

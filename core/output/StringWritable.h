@@ -20,7 +20,7 @@ public:
     using Writable::VPrintf;
     using Writable::Write;
 
-    // `data` is taken as text that ends at its first zero byte, whatever `length` says.
+    // `data` is a text that ends at its first zero byte; `length` is ignored, on purpose.
     size_t Write(const void* data, size_t /*length*/) override {
         return Puts(static_cast<const char*>(data));
     }

@@ -10,7 +10,7 @@
 namespace Quenda {
 
 Writable::~Writable() {
-    // On a copy: each list answers by detaching itself.
+    // On a copy, since each list detaches itself in turn.
     const std::vector<TraceListIntf*> lists = std::exchange(memberships_, {});
     for (TraceListIntf* list : lists) {
         list->RemoveSink(this);

@@ -1,5 +1,5 @@
-// An output sink: the one way in which status dumps, console commands and traced log lines are
-// written, whether they end on a stream, in a string or in syslog.
+// An output sink. Status dumps, console commands and traced log lines are written to a sink, which
+// puts them on a stream, into a string or into syslog.
 #pragma once
 
 #include <cstdarg>
@@ -10,8 +10,8 @@ namespace Quenda {
 
 class Writable;
 
-// A list of sinks, as a sink sees it (core/log has the real one). A sink that is destroyed takes
-// itself out of every list it is in.
+// A list of sinks, as a sink sees it; TraceList (core/log) implements it. A sink that is destroyed
+// leaves every list that it is in.
 class TraceListIntf {
 public:
     virtual ~TraceListIntf() = default;
@@ -19,14 +19,14 @@ public:
     virtual void RemoveSink(Writable* sink) = 0;
 };
 
-// The forms with a level let a caller pass one uniformly; no sink filters by it. The results are
-// those of the primitive `Write`: what was taken, in the sink's own measure.
+// Some callers pass a level with every text; sinks ignore it. Each kind of sink
+// says what its writes return.
 class Writable {
 public:
     Writable() = default;
     Writable(const Writable&) = delete;
     Writable& operator=(const Writable&) = delete;
-    // Takes the sink out of every list it is in.
+    // Leaves every list that the sink is in.
     virtual ~Writable();
 
     virtual size_t Write(const void* data, size_t length) = 0;
@@ -34,17 +34,17 @@ public:
 
     virtual size_t Printf(const char* format, ...) __attribute__((format(printf, 2, 3)));
     virtual size_t Printf(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
-    // Leaves `arguments` as it was found. A failed or empty format writes "" with length 0.
+    // Works on a copy of `arguments`. When formatting fails, "" is written, with length 0.
     virtual size_t VPrintf(const char* format, va_list arguments)
         __attribute__((format(printf, 2, 0)));
     virtual size_t VPrintf(int level, const char* format, va_list arguments)
         __attribute__((format(printf, 3, 0)));
 
-    // Writes the text alone: no newline is added.
+    // Adds no newline.
     virtual size_t Puts(const char* text);
     virtual size_t Puts(int level, const char* text);
 
-    // For the lists: remembers, once, or forgets a list that this sink is in.
+    // For lists: remembers a list, once only, or forgets it.
     virtual void AttachList(TraceListIntf* list);
     virtual void DetachList(TraceListIntf* list);
 

@@ -15,7 +15,7 @@ std::string FormatTextV(const char* format, va_list arguments) {
     std::string text(static_cast<size_t>(length), '\0');
     va_list formatted;
     va_copy(formatted, arguments);
-    // One more for the terminating zero, which a string has room for.
+    // A string has room for the terminating zero, too.
     (void)vsnprintf(&text[0], text.size() + 1, format, formatted);
     va_end(formatted);
     return text;

@@ -1,4 +1,4 @@
-// printf-style formatting into a string of exactly the size needed.
+// printf-style formatting into a string of the needed size.
 #pragma once
 
 #include <cstdarg>
@@ -6,8 +6,8 @@
 
 namespace Quenda {
 
-// The formatted text; empty when the format fails or yields nothing. `arguments` is left as it
-// was found, so the caller may use it again.
+// The formatted text; empty when formatting fails. Works on a copy of `arguments`, so the caller
+// may use them again.
 std::string FormatTextV(const char* format, va_list arguments)
     __attribute__((format(printf, 1, 0)));
 

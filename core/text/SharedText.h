@@ -1,5 +1,5 @@
-// A text that may be absent, shared between its copies and never changed: the name of a timer
-// or a handler, a formatted time, the error of an options node.
+// A constant text that may be absent and that copies share: the name of a timer or a handler, a
+// formatted time, the error of an options node.
 #pragma once
 
 #include <memory>
@@ -21,7 +21,7 @@ public:
     bool IsAbsent() const { return text_ == nullptr; }
     // True for an absent text, too.
     bool IsEmpty() const { return text_ == nullptr || text_->empty(); }
-    // "" for an absent text. Valid as long as any copy lives.
+    // "" for an absent text. Valid as long as any copy exists.
     const char* Get() const { return text_ == nullptr ? "" : text_->c_str(); }
 
 private:

@@ -21,7 +21,7 @@ void PeriodicTimer::Expire(const TimeValue& now) {
     if (!CallBack(now) || !IsActive()) {
         return;
     }
-    // From the previous expiry, not from now: after a stall, one call for each missed period.
+    // From the previous expiry, not from now: a stall gives one call for each missed period.
     TimeValue next = Expiry();
     next.AddMilliseconds(periodMs_);
     StartAt(next);

@@ -12,14 +12,14 @@ class PeriodicTimer : public TimerBase {
 public:
     using TimerBase::TimerBase;
 
-    // The first expiry after `firstMs` milliseconds. A period of 0 counts as 1 ms.
+    // The first expiry comes after `firstMs` milliseconds. A period of 0 counts as 1 ms.
     void Start(unsigned int firstMs, unsigned int periodMs);
-    // The first expiry after a random delay below half the period, which spreads timers that are
-    // started together. A period of 0 counts as 1 ms, due at once.
+    // The first expiry comes after a random delay below half the period, which spreads timers that
+    // are started together. A period of 0 counts as 1 ms and is due at once.
     void Start(unsigned int periodMs);
 
-    // Re-arms from the expiry that stands after the callback: a callback that starts its own timer
-    // moves the phase, and the next call comes one period after the first expiry that it gave.
+    // Arms the timer one period after its expiry. When the callback started its own timer, that is
+    // the new first expiry: no call comes at that time, only one period later.
     void Expire(const TimeValue& now) override;
 
 private:

@@ -48,7 +48,7 @@ void TimeKeeper::ProcessExpired(TimeValue now) {
         if (!timer->HasExpired(now)) {
             return;
         }
-        // Out of the queue before it runs: the callback may do anything to its own timer.
+        // The timer leaves the queue first: its callback may stop, restart or destroy it.
         spare_ = queue_.extract(queue_.begin());
         timer->Expire(now);
         ++expiredCount_;

@@ -8,11 +8,11 @@
 
 namespace Quenda {
 
-// The process's timer manager: all armed timers, ordered by expiry; timers with the same expiry
-// fire in the order in which they were armed. Arming and removing are logarithmic.
+// The process's timer manager. It keeps all armed timers by expiry; timers with the same expiry
+// fire in the order in which they were armed. Arming and removing take logarithmic time.
 class TimeKeeper : public TimerMgrIntf, public TimeKeeperIntf {
 public:
-    // The process's one manager, built on first use and destroyed at exit.
+    // The process's manager, built on first use and destroyed at exit.
     static TimeKeeper& Instance();
 
     TimeKeeper() = default;
@@ -24,8 +24,8 @@ public:
 
     TimeValue TimeToNext() const override;
     void ProcessExpired() override;
-    // The same at a given time. `now` stays the same for the whole pass: a timer re-armed to a
-    // time that is not after it fires again in this pass.
+    // The same at a given time. `now` does not advance during the pass: a timer that is armed again
+    // for a time up to `now` fires again in this pass.
     void ProcessExpired(TimeValue now);
     bool IsEmpty() const override { return queue_.empty(); }
     size_t ActiveCount() const override { return queue_.size(); }
@@ -37,8 +37,8 @@ private:
 
     uint32_t expiredCount_ = 0;
     Queue queue_;
-    // The last node taken out of the queue, kept for the next timer to be armed: the heartbeat is
-    // re-armed also when no memory can be had.
+    // The node of the last timer that left the queue. The next armed timer uses it, so that the
+    // heartbeat is armed again even without free memory.
     Queue::node_type spare_;
 };
 

@@ -10,7 +10,7 @@ namespace {
 constexpr int32_t kNanosecondsPerSecond = 1000000000;
 constexpr int32_t kNanosecondsPerMillisecond = 1000000;
 
-// Seconds wrap as they do on the target, without the overflow that the language leaves undefined.
+// Seconds wrap as on the terminal, without a signed overflow, which the language leaves undefined.
 int32_t WrapSeconds(int64_t seconds) {
     return static_cast<int32_t>(static_cast<uint32_t>(seconds));
 }
@@ -22,7 +22,7 @@ TimeValue FromTimespec(const timespec& time) {
 }  // namespace
 
 TimeValue::TimeValue(int32_t seconds, int32_t nanoseconds) {
-    // At most two seconds either way, since the nanoseconds themselves have 32 bits.
+    // At most three steps, since the nanoseconds have 32 bits.
     int64_t total = seconds;
     while (nanoseconds >= kNanosecondsPerSecond) {
         nanoseconds -= kNanosecondsPerSecond;
@@ -38,7 +38,7 @@ TimeValue::TimeValue(int32_t seconds, int32_t nanoseconds) {
 
 TimeValue TimeValue::Now() {
     timespec now{};
-    (void)clock_gettime(CLOCK_MONOTONIC_RAW, &now);  // the clock is there since Linux 2.6.28
+    (void)clock_gettime(CLOCK_MONOTONIC_RAW, &now);  // Linux has the clock since 2.6.28
     return FromTimespec(now);
 }
 

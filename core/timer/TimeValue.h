@@ -1,13 +1,13 @@
-// A point in time, or a span of it, on the raw monotonic clock: every timer and every wait of
-// the event loop is measured with it, so that setting the wall clock never moves a timer.
+// Times and durations on the raw monotonic clock. All timers and all waits of the event loop use
+// this clock, so that setting the wall clock never moves a timer.
 #pragma once
 
 #include <cstdint>
 
 namespace Quenda {
 
-// Seconds and nanoseconds, always normalised to 0 to 999,999,999 nanoseconds. Both fields have
-// 32 bits on every machine.
+// Seconds and nanoseconds, normalised: 0 to 999,999,999 nanoseconds. Both have 32 bits on every
+// machine.
 class TimeValue {
 public:
     TimeValue() = default;

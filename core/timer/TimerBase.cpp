@@ -17,8 +17,8 @@ TimerBase::~TimerBase() {
 }
 
 void TimerBase::StartAt(const TimeValue& expiry) {
-    // The manager finds a queued timer by its expiry, so it leaves the queue before that changes.
-    // A copy, because `expiry` may be this timer's own.
+    // The manager finds a queued timer by its expiry, so the timer leaves the queue before that
+    // changes. `expiry` may be a reference to this timer's own, so it is copied first.
     const TimeValue next = expiry;
     if (active_) {
         manager_->RemoveTimer(this);
@@ -43,7 +43,7 @@ bool TimerBase::CallBack(const TimeValue& now) {
     if (!callback_) {
         return true;
     }
-    // Kept here, too: the callback object outlives its own invocation, this timer perhaps not.
+    // The callback may destroy this timer, but its own object must survive the call.
     const Callback callback = callback_;
     const std::weak_ptr<TimerBase> self = self_;
     callback->Invoke(static_cast<unsigned int>(now.Milliseconds()), userData_);

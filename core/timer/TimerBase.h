@@ -7,12 +7,11 @@
 
 namespace Quenda {
 
-// A timer on the process's TimeKeeper. It is idle, or armed until its expiry; what happens then
-// is for the derived class to say.
+// A timer on the process's TimeKeeper. It is idle, or armed until its expiry. A derived class
+// defines what happens then.
 //
-// When a timer fires it leaves the queue but counts as active until it is started again or
-// stopped. Destroying it stops it. The callback gets the monotonic time in milliseconds,
-// truncated to 32 bits, and the user data.
+// A timer that fires leaves the queue, but is active until it is stopped. Destroying it stops it.
+// The callback gets the monotonic time in milliseconds, truncated to 32 bits, and the user data.
 class TimerBase : public TimerTkIntf {
 public:
     using Callback = CallbackRef2<unsigned int, void*>;
@@ -46,7 +45,7 @@ private:
     bool active_ = false;
     void* userData_ = nullptr;
     Callback callback_;
-    // Without a deleter: a weak reference to it tells whether the timer still exists.
+    // Without a deleter. A weak reference to it tells whether the timer still exists.
     std::shared_ptr<TimerBase> self_;
 };
 

@@ -1,4 +1,4 @@
-// The faces of timers and of the timer manager: what each side may ask of the other.
+// Interfaces of timers and of the timer manager.
 #pragma once
 
 #include <cstddef>
@@ -19,8 +19,8 @@ public:
     // Must not change while the timer is queued: the manager finds it by this value.
     virtual const TimeValue& Expiry() const = 0;
     virtual bool HasExpired(const TimeValue& now) const = 0;
-    // Called once when the timer is due, after it has left the queue: it may stop, restart or
-    // destroy itself and others.
+    // Called once when the timer is due, after it has left the queue. It may stop, restart or
+    // destroy this timer and others.
     virtual void Expire(const TimeValue& now) = 0;
     virtual SharedText Name() const = 0;
 };
@@ -43,7 +43,7 @@ public:
     // Fires every timer that is due.
     virtual void ProcessExpired() = 0;
     virtual bool IsEmpty() const = 0;
-    // Of the timers in the queue: one whose callback runs right now is not among them.
+    // The number of timers in the queue. A timer whose callback is running is not in the queue.
     virtual size_t ActiveCount() const = 0;
     virtual void ResetExpiredCount() = 0;
     virtual void Dump(Writable* out) const = 0;

@@ -1,4 +1,4 @@
-// The wall clock: time of day for reports. It never drives a timer.
+// The wall clock, for times in reports. No timer uses it.
 #pragma once
 
 #include <cstddef>
@@ -18,23 +18,23 @@ struct WallTime {
 // gettimeofday(2).
 WallTime CurrentWallTime();
 
-// The last multiple of the period (in milliseconds) that is not after the time, and the first
-// that is strictly after it. A negative period counts as 1 ms, and so does 0.
+// The last multiple of the period that is not after the time, and the first one after the time. A
+// period that is not positive counts as 1 ms.
 WallTime FloorToPeriod(const WallTime& time, int32_t periodMs);
 WallTime NextPeriod(const WallTime& time, int32_t periodMs);
 
 // "seconds.microseconds" with six decimals, cut to `size` bytes; returns what snprintf returns.
 int FormatSeconds(const TimeValue& time, char* buffer, size_t size);
 
-// The format that FormatTime and ParseTime take when they are given none. May be changed.
+// The default format of FormatTime and ParseTime. A program may change it.
 extern const char* defaultTimeFormat;
 
-// strftime(3) of the time in UTC, at most 255 characters; empty when it does not fit.
+// The time in UTC, formatted by strftime(3). Empty when the text has more than 255 characters.
 SharedText FormatTime(time_t time, const char* format = defaultTimeFormat);
 
-// Reads a time with strptime(3). The fields count as local time, although FormatTime writes UTC:
-// the two agree only where the local zone is UTC. Callers rely on this, so it stays.
-// False, with `time` unchanged, when the text does not match or means no time.
+// Reads a time with strptime(3). It reads local time although FormatTime writes UTC, on purpose:
+// callers rely on it. The two agree only where the local zone is UTC. When the text does not match
+// or gives no valid time, returns false and leaves `time` unchanged.
 bool ParseTime(const char* text, time_t& time, const char* format = defaultTimeFormat);
 
 }  // namespace Quenda

@@ -10,8 +10,8 @@ namespace Quenda {
 
 enum class ValueKind { kInt = 0, kDouble = 1, kText = 2, kUInt = 3 };
 
-// What a value is before anything is loaded into it. Neither the name, which is not null, nor a
-// default text, which may be null, is owned.
+// The name, kind and default of a value. The texts are not owned. The name must not be null, a
+// default text may be.
 struct ValueDefinition {
     static ValueDefinition Int(const char* name, int32_t value) {
         return {name, ValueKind::kInt, static_cast<double>(value), nullptr};
@@ -32,7 +32,7 @@ struct ValueDefinition {
     const char* defaultText;
 };
 
-// One named value of a fixed kind, with its default. Starts with the default.
+// One named value of a fixed kind. It starts with its default.
 class ValueEntry {
 public:
     explicit ValueEntry(const ValueDefinition& definition);
@@ -40,22 +40,23 @@ public:
     const char* Name() const { return definition_.name; }
     ValueKind Kind() const { return definition_.kind; }
 
-    // Rejects nothing: a number that cannot be parsed is 0, one out of range the nearest limit.
-    // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text.
+    // Rejects nothing: a text without a number gives 0, a number out of range the nearest limit.
+    // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null
+    // text, or 0.
     void SetFromText(const char* text);
     void ResetToDefault();
 
     // Null for other kinds, too. Valid until the entry is set or reset.
     const char* AsText() const;
-    // Another kind is converted: a text as `SetFromText` parses it, a signed to an unsigned number
-    // by its bits, and a fraction is cut off.
+    // Other kinds are converted: texts are parsed as by `SetFromText`, a negative number gives its
+    // bits as an unsigned one, and a fraction is cut off.
     int32_t AsInt() const;
     uint32_t AsUInt() const;
     double AsDouble() const;
 
-    // One line, with the name. A null text shows as "(null)".
+    // Prints one line with the name. A null text is printed as "(null)".
     void Print(Writable* out) const;
-    // The value alone. A text ends its line, a number does not, on purpose.
+    // Prints only the value. A line end follows a text but not a number, on purpose.
     void PrintValue(Writable* out) const;
 
 private:

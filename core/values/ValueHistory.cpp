@@ -77,7 +77,7 @@ void ValueList::History::Periodic(Writable* out, const char* interval) {
         out->Puts(kInvalidInterval);
         return;
     }
-    // A capture that this replaces must not end it.
+    // The count of a replaced capture must not end it.
     remaining_ = 0;
     samples_.clear();
     timer_.Start(0, static_cast<unsigned int>(intervalMs));

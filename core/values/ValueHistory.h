@@ -11,7 +11,8 @@
 
 namespace Quenda {
 
-// Samples a list's values, once or periodically, and keeps the last of them. The list outlives it.
+// Samples a list's values, once or periodically, and keeps the latest samples. The list must
+// outlive it.
 class ValueList::History {
 public:
     struct Sample {
@@ -26,13 +27,13 @@ public:
     History(const History&) = delete;
     History& operator=(const History&) = delete;
 
-    // Runs a console command; its word may be in upper or lower case. Anything unknown prints
-    // the usage.
+    // Runs a console command, whose word may be in upper or lower case. An unknown one prints the
+    // usage.
     void Command(Writable* out, int argc, const char* const* argv);
 
     // Adds a sample with this time and drops the oldest ones beyond the maximum.
     void TakeSample(const WallTime& now);
-    // One expiry of the timer: takes a sample, and stops the timer after the last of a capture.
+    // The timer's callback: takes a sample. After the last one of a capture it stops the timer.
     void OnTimeout(unsigned int nowMs, void* userData);
 
 private:
@@ -45,7 +46,7 @@ private:
     std::deque<Sample> samples_;  // oldest first
     PeriodicTimer timer_;
     int32_t maxSamples_ = 10;
-    int32_t remaining_ = 0;  // still to take in a capture
+    int32_t remaining_ = 0;  // samples that a capture has yet to take
 };
 
 }  // namespace Quenda

@@ -12,11 +12,11 @@
 
 namespace Quenda {
 
-// An ordered table of named values, into which a component loads its options, with a text
-// console. The order is that of the definitions.
+// A table of named values, in the order of their definitions, with a text console. A component
+// loads its options into it.
 class ValueList {
 public:
-    // Time-stamped copies of the list (core/values/ValueHistory.h).
+    // Keeps time-stamped copies of the list (core/values/ValueHistory.h).
     class History;
 
     // Tells whether an entry has exactly this name, which is not owned.
@@ -38,28 +38,28 @@ public:
     ~ValueList();
 
     void Reset();
-    // Gives each entry the text of the option of its name, or its default when there is none or
-    // an empty one. False, with all entries as they were, when the options are no object; null
-    // counts as one without members.
+    // Sets each entry from the text of the option of its name, or to its default when the option is
+    // missing or empty. When the options are not an object, returns false and changes nothing. Null
+    // counts as an object without members.
     bool Load(const OptionsNode& options);
 
     // The first entry of that name, or null. The name may be null.
     ValueEntry* Find(const char* name);
-    // By the order of the definitions. The index must be that of a value.
+    // The value of the definition at this index, which must exist.
     const ValueEntry& At(size_t index) const { return values_[index]; }
     const std::vector<ValueEntry>& Values() const { return values_; }
 
-    // Disabling destroys the samples and stops their timer. Enabling prepares for a history,
-    // which the console's first "history" creates.
+    // Disabling destroys the samples and stops their timer. After enabling, the console's first
+    // "history" creates a history.
     void EnableHistory(bool enable);
 
-    // Runs a console command: "show", "reset", "set" or "history" with their arguments, in this
-    // spelling. Anything else prints the usage, no arguments all entries.
+    // Runs a console command: "show", "reset", "set" or "history", in this spelling, with its
+    // arguments. Without a command it prints all entries; any other prints the usage.
     void Command(Writable* out, int argc, const char* const* argv);
 
 private:
     void Show(Writable* out) const;
-    // "show", "reset" or "set" for one entry; only the last takes the text.
+    // Runs "show", "reset" or "set" for one entry. Only "set" uses the text.
     void CommandOne(Writable* out, const std::string& command, const char* name, const char* text);
     void RunHistory(Writable* out, int argc, const char* const* argv);
 

@@ -13,7 +13,7 @@ namespace {
 constexpr char kArrayToNonArray[] = ": Cannot merge array to non-array";
 constexpr char kIdsMismatch[] = ": Array IDs type does not match destination type";
 
-// How an element of a source's array compares with one of the destination's.
+// The result of comparing an element of the source's array with one of the destination's.
 enum class ElementMatch {
     kDifferent = 0,
     kSame = 1,
@@ -22,9 +22,9 @@ enum class ElementMatch {
     kNotComparable = 4,
 };
 
-// Compares the elements by the members that `ids` names, at every level; its leaves only give the
-// type. Values without such members are the same when they are equal (a signed 1 and an unsigned 1
-// are not).
+// Compares the elements by the members that `ids` names, at every level. The leaves of `ids` only
+// give the type. Values that are no objects are the same when they are equal, but a signed 1 does
+// not equal an unsigned 1.
 ElementMatch MatchElement(const Json::Value& destination, const Json::Value& source,
                           const Json::Value& ids) {
     if (!TypesCompatible(destination.type(), source.type()) ||
@@ -35,7 +35,7 @@ ElementMatch MatchElement(const Json::Value& destination, const Json::Value& sou
         return source == destination ? ElementMatch::kSame : ElementMatch::kDifferent;
     }
     if (!ids.isObject()) {
-        return ElementMatch::kSame;  // nothing identifies
+        return ElementMatch::kSame;  // no member identifies elements
     }
     for (auto id = ids.begin(); id != ids.end(); ++id) {
         if (id->isNull()) {
@@ -64,7 +64,7 @@ struct MergeContext {
     const char* name;            // empty for an element of an array
     Json::Value& destination;
 
-    // Empty for the root. A member of an element follows two slashes.
+    // Empty for the root. Two slashes precede a member of an array's element.
     std::string Path() const { return parent == nullptr ? "" : parent->Path() + "/" + name; }
 };
 

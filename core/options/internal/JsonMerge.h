@@ -1,4 +1,4 @@
-// How a JSON value takes over the values of another one. The two must not be parts of each other.
+// Merges one JSON value into another. Neither may be a part of the other.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// How the options tree looks into its JSON values and changes them.
+// Lookups in JSON values and changes of them, as the options tree needs them.
 #pragma once
 
 #include <cstdio>
@@ -32,7 +32,7 @@ bool NestsDeeperThan(const Json::Value& value, unsigned levels);
 bool IsPartOf(const Json::Value& part, const Json::Value& whole);
 
 // Whether a value of one type may replace one of the other when types are checked: null goes
-// with everything, numbers with each other, any other type (booleans, too) with itself alone.
+// with everything, numbers with each other, any other type (also boolean) only with itself.
 bool TypesCompatible(Json::ValueType oldType, Json::ValueType newType);
 
 // The member or the element. A missing one is made, with a null value. A null value becomes an

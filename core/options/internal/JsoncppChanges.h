@@ -1,12 +1,12 @@
-// Included by force in front of jsoncpp's sources, which stay as they are. What it changes:
-// - the library's `free` overwrites a block before it returns it to the heap, so that no text
-//   of a value or a member name stays behind in freed memory;
-// - memory that cannot be had is std::bad_alloc, not the end of the process;
-// - a comment that does not begin with "/" is complained about and kept; every other failed
-//   check and every impossible conversion ends the process, with the library's message or the
-//   failed condition on standard error;
-// - numbers have 32 bits, as on the terminal (JSON_NO_INT64). The library then still names its
-//   64-bit type in a conversion that nothing calls.
+// The build includes this file in front of jsoncpp's sources. It changes the library:
+// - `free` overwrites a block before it returns it to the heap, so that freed memory keeps no text
+//   of a value or of a member's name;
+// - a lack of memory throws std::bad_alloc instead of ending the process;
+// - a comment that does not begin with "/" is complained about and kept. Every other failed check
+//   and every impossible conversion ends the process, with the library's message or the failed
+//   condition on standard error;
+// - numbers have 32 bits, as on the terminal (JSON_NO_INT64). The library still names its 64-bit
+//   types in a conversion that is never called.
 #pragma once
 
 #include <json/assertions.h>
@@ -34,7 +34,7 @@ __attribute__((noinline)) inline void QuendaWipingFree(void* block) {
     std::free(block);
 }
 
-// The library would end the process for want of memory; the exception ends what was asked of it.
+// The library would end the process. The exception only ends the call.
 inline void* QuendaMalloc(size_t size) {
     void* const block = std::malloc(size);
     if (block == nullptr) {

@@ -20,7 +20,7 @@ int ColumnWidth(const std::string& head) {
     return static_cast<int>(std::max(head.size(), kMinColumnWidth));
 }
 
-// Each head is the prefix and the key.
+// Each heading is the prefix and the key.
 void PrintHeader(Writable* out, const ValueKeys& keys, const char* prefix) {
     out->Printf("#%26s ", "Time");
     for (const char* key : keys) {
@@ -30,7 +30,7 @@ void PrintHeader(Writable* out, const ValueKeys& keys, const char* prefix) {
     out->Puts("\n");
 }
 
-// `cell` gives the text of a key's cell.
+// `cell` returns the text for a key.
 void PrintRow(Writable* out, const WallTime& time, const ValueKeys& keys, const char* prefix,
               const std::function<std::string(const char*)>& cell) {
     out->Printf(" %26s ", SampleTimeText(time).c_str());
@@ -40,7 +40,7 @@ void PrintRow(Writable* out, const WallTime& time, const ValueKeys& keys, const 
     out->Puts("\n");
 }
 
-// A text value ends its line, as it does wherever its value alone is printed.
+// A line end follows a text value, on purpose: PrintValue adds it.
 std::string ValueCell(const Sample& sample, const char* key) {
     const ValueEntry* value = sample.Find(key);
     if (value == nullptr) {

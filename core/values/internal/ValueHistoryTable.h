@@ -1,4 +1,4 @@
-// How the samples of a ValueList::History are printed.
+// Prints the samples of a ValueList::History.
 #pragma once
 
 #include <deque>
@@ -18,11 +18,11 @@ std::string SampleTimeText(const WallTime& time);
 // Every value of every sample, one line each.
 void PrintSamples(Writable* out, const ValueSamples& samples);
 
-// Tables with a column for each key and a row for each sample. A key that a sample lacks shows
-// as "-".
+// Prints a table with a column for each key and a row for each sample. "-" means that a sample does
+// not have the key.
 void PrintSampleTable(Writable* out, const ValueSamples& samples, const ValueKeys& keys);
-// The change from each sample to the next, or the change per second. There is no rate, which
-// shows as "no time", when the clock did not move forward between the two.
+// The same for the change from each sample to the next, or for the change per second. "no time"
+// means that the clock did not advance between the two, so there is no rate.
 void PrintDeltaTable(Writable* out, const ValueSamples& samples, const ValueKeys& keys,
                      bool perSecond);
 
