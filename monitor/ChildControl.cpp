@@ -10,8 +10,7 @@
 #include "core/log/Log.h"
 #include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
-#include "monitor/DebugLog.h"
-#include "monitor/MonitorState.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/ProcessLookup.h"
 #include "shell/ShellRunner.h"
 
@@ -23,30 +22,23 @@ using Quenda::LogMessage;
 namespace {
 
 constexpr char kProgramDirectory[] = "/usr/sbin/";
-constexpr int kExecFailed = 65;  // the exit status of a child that could not become Keldra
+constexpr int kExecFailed = 65;  // the exit status of a child in which execl failed
 
-// The options file of that type, null for an unknown one. The start is counted here, before
-// anything can fail.
-const char* CountStartAndGetOptionsFile(OptionsType type) {
-    switch (type) {
-        case OptionsType::Normal_Options:
-            ++statistics.start_with_normal_options;
-            return kPrimaryOptionsFile;
-        case OptionsType::Backup_Options:
-            ++statistics.start_with_backup_options;
-            return kBackupOptionsFile;
-        case OptionsType::Factory_Options:
-            ++statistics.start_with_factory_options;
-            return kFactoryOptionsFile;
-    }
-    return nullptr;
+// The monitor only tests whether they exist; Keldra reads them.
+constexpr char kPrimaryOptionsFile[] = "/sysopt/config/sat_router/keldra.json";
+constexpr char kBackupOptionsFile[] = "/sysopt/config/sat_router/keldra.json.bak";
+constexpr char kFactoryOptionsFile[] = "/sysopt/factory/keldra_factory.json";
+
+bool Exists(const char* path) {
+    struct stat status {};
+    return stat(path, &status) == 0;
 }
 
 // In the child. Does not return.
 [[noreturn]] void ExecKeldra(const char* path, const char* name, const char* optionsFile) {
     Quenda::RestoreSignalsInChild();
     Quenda::CloseInheritedDescriptors();
-    // Only Keldra knows what 23 means; it gets it on every start.
+    // 23 has a meaning to Keldra alone; it is passed on every start.
     if (optionsFile == nullptr) {
         (void)execl(path, name, "-cp", "23", nullptr);
     } else {
@@ -70,11 +62,45 @@ bool JudgeLauncher(pid_t child, int status) {
 
 }  // namespace
 
-bool StartKeldra(const std::string& processName, OptionsType optionsType) {
-    const char* const optionsFile = CountStartAndGetOptionsFile(optionsType);
+const char* OptionsFile(OptionsType type) {
+    switch (type) {
+        case OptionsType::Normal_Options:
+            return kPrimaryOptionsFile;
+        case OptionsType::Backup_Options:
+            return kBackupOptionsFile;
+        case OptionsType::Factory_Options:
+            return kFactoryOptionsFile;
+    }
+    return nullptr;
+}
+
+bool ChooseOptionsFile(OptionsType& type) {
+    if (Exists(kPrimaryOptionsFile)) {
+        LogDebug("Defaulting to Keldra's primary options file\n");
+        type = OptionsType::Normal_Options;
+    } else if (Exists(kBackupOptionsFile)) {
+        LogMessage(0,
+                   "Falling back to Keldra's backup options file because the primary options file "
+                   "is missing\n");
+        type = OptionsType::Backup_Options;
+    } else if (Exists(kFactoryOptionsFile)) {
+        LogMessage(0,
+                   "Falling back to Keldra's factory options file because both the primary and "
+                   "backup options files are missing\n");
+        type = OptionsType::Factory_Options;
+    } else {
+        LogMessage(
+            0,
+            "TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options "
+            "files are missing\n");
+        return false;
+    }
+    return true;
+}
+
+bool StartKeldra(const std::string& processName, const char* optionsFile) {
     const std::string path = kProgramDirectory + processName;
-    struct stat status {};
-    if (stat(path.c_str(), &status) == -1) {
+    if (!Exists(path.c_str())) {
         LogMessage(0, "Failed to start Keldra because %s does not exist\n", path.c_str());
         return false;
     }
@@ -100,8 +126,7 @@ bool StartKeldra(const std::string& processName, OptionsType optionsType) {
     return JudgeLauncher(child, waitStatus);
 }
 
-bool SignalKeldra(const std::string& processName, int signal) {
-    const int32_t pid = supervision.keldra_pid;
+bool SignalKeldra(const std::string& processName, int32_t pid, int signal) {
     LogDebug("Sending signal %d to Keldra %d\n", signal, pid);
     const bool signalled = SignalProcessesByName(processName.c_str(), signal);
     if (!signalled) {
@@ -110,24 +135,24 @@ bool SignalKeldra(const std::string& processName, int signal) {
     return signalled;
 }
 
-bool StartSshd(const std::string& serviceName) {
-    // The newline belongs to the command.
+bool StartSshd(const std::string& serviceScript, const std::string& serviceName) {
+    // Deliberate: the newline is part of the command.
     const std::string command =
-        FormatText("%s %s start\n", settings.service_script.c_str(), serviceName.c_str());
+        FormatText("%s %s start\n", serviceScript.c_str(), serviceName.c_str());
     std::string output;
     if (!Quenda::RunShellCommand(command, output)) {
-        // The captured text brings a newline of its own.
+        // The captured text ends with its own newline, so an empty line follows it.
         LogMessage(0, "Failed to start the SSH service: %s\n", output.c_str());
         return false;
     }
-    ++statistics.start_sshd;
     return true;
 }
 
-bool SetLedsToError() {
-    const std::string command = FormatText("%s all error", settings.led_control_script.c_str());
+bool SetLedsToError(const std::string& ledControlScript) {
+    const std::string command = FormatText("%s all error", ledControlScript.c_str());
     if (!Quenda::RunSystemCommand(command)) {
-        // The script gives no reason; the place for one stays empty, as log readers know it.
+        // Deliberate: system(3) gives no reason, and programs that read the log know the line with
+        // an empty one.
         LogMessage(0, "Failed to set the LEDs on the terminal: %s\n", "");
         return false;
     }

@@ -1,29 +1,32 @@
-// What the monitor does to other processes. Each operation waits until it is done and logs its
-// own failure; a failure is never the end of the monitor, the next check tries again.
+// What the monitor does to other processes. Each operation returns when it is done and logs its
+// own failure. No failure ends the monitor: the next check tries again.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "monitor/Judgement.h"
 
 namespace Monitor {
 
-// Keldra's options files, which only Keldra reads.
-constexpr char kPrimaryOptionsFile[] = "/sysopt/config/sat_router/keldra.json";
-constexpr char kBackupOptionsFile[] = "/sysopt/config/sat_router/keldra.json.bak";
-constexpr char kFactoryOptionsFile[] = "/sysopt/factory/keldra_factory.json";
+// The path of Keldra's options file of that type, null for an unknown type.
+const char* OptionsFile(OptionsType type);
 
-// Starts Keldra, "/usr/sbin/" + name, with the options file of that type, and counts the start.
-// Keldra detaches itself: this waits for the launched process and judges its exit status. One
-// that never detaches keeps the monitor waiting until the watchdog reboots the terminal.
-bool StartKeldra(const std::string& processName, OptionsType optionsType);
+// Chooses the first of the primary, the backup and the factory options file that exists, and logs
+// the choice. False when there is none.
+bool ChooseOptionsFile(OptionsType& type);
 
-// Signals every process of that name, then pauses for a second.
-bool SignalKeldra(const std::string& processName, int signal);
+// Starts Keldra, "/usr/sbin/" + name, with that options file, or without any if it is null.
+// Keldra detaches itself: this waits for the launched process and judges its exit status. If Keldra
+// never detaches, the monitor waits until the watchdog reboots the terminal.
+bool StartKeldra(const std::string& processName, const char* optionsFile);
 
-bool StartSshd(const std::string& serviceName);
+// Signals every process of that name, then pauses for a second. `pid` is only logged.
+bool SignalKeldra(const std::string& processName, int32_t pid, int signal);
+
+bool StartSshd(const std::string& serviceScript, const std::string& serviceName);
 
 // Sets the terminal's LEDs to error. Other software on the terminal sets them back.
-bool SetLedsToError();
+bool SetLedsToError(const std::string& ledControlScript);
 
 }  // namespace Monitor

@@ -7,10 +7,9 @@
 
 #include "core/log/Log.h"
 #include "monitor/ChildControl.h"
-#include "monitor/DebugLog.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/ProcessLookup.h"
+#include "watchdog/WatchdogDevice.h"
 
 namespace Monitor {
 
@@ -18,8 +17,8 @@ using Quenda::LogMessage;
 
 namespace {
 
-// Keeps a cached PID for as long as it names the same program, and searches for it otherwise.
-// True when the cached one still held.
+// Keeps the cached PID if a process with that PID and name runs, and searches for the name
+// otherwise. True if the PID was kept.
 bool RefreshPid(const std::string& name, int32_t& pid) {
     if (pid > 0 && IsProcessRunning(name.c_str(), pid)) {
         return true;
@@ -54,13 +53,14 @@ void ReportState() {
 }
 
 void ReportStrikes(const Judgement& judgement) {
-    // Wraps at 32 bits, as it does on the terminal.
+    // Wraps at 32 bits on every processor, as on the terminal's.
     const uint32_t seconds = settings.heartbeat_timeout_sec * judgement.silentPeriods;
     if (supervision.keldra_state != KeldraState::Keldra_Up_And_Okay) {
         LogMessage(0, "Strike %u! Keldra has not responded for %zu seconds\n", supervision.strikes,
                    size_t{seconds});
     } else if (judgement.recovered) {
-        // One period more than the strikes: the one in which Keldra came back counts, too.
+        // Deliberate: one period more than the strikes, since the last one, in which Keldra came
+        // back, counts too.
         LogMessage(0, "Keldra started responding again after %zu seconds\n", size_t{seconds});
         ++statistics.keldra_recovered;
     }
@@ -73,19 +73,35 @@ void ReportStrikes(const Judgement& judgement) {
                "partition.\n");
     (void)ArmWatchdog(kRebootBiteSeconds);
     try {
-        (void)SetLedsToError();
+        (void)SetLedsToError(settings.led_control_script);
     } catch (const std::bad_alloc&) {
         LogMessage(0, "Out of memory: the LEDs are left as they are\n");
     }
     exit(0);
 }
 
+// Called before each start: one that fails counts, too.
+void CountStart() {
+    switch (supervision.options_type) {
+        case OptionsType::Normal_Options:
+            ++statistics.start_with_normal_options;
+            break;
+        case OptionsType::Backup_Options:
+            ++statistics.start_with_backup_options;
+            break;
+        case OptionsType::Factory_Options:
+            ++statistics.start_with_factory_options;
+            break;
+    }
+}
+
 void RestartKeldra() {
     if (supervision.keldra_state != KeldraState::Keldra_Not_Running) {
-        (void)SignalKeldra(settings.keldra_process_name, SIGQUIT);
+        (void)SignalKeldra(settings.keldra_process_name, supervision.keldra_pid, SIGQUIT);
     }
-    (void)SetLedsToError();
-    (void)StartKeldra(settings.keldra_process_name, supervision.options_type);
+    (void)SetLedsToError(settings.led_control_script);
+    CountStart();
+    (void)StartKeldra(settings.keldra_process_name, OptionsFile(supervision.options_type));
 }
 
 bool CheckSshd() {
@@ -99,7 +115,9 @@ bool CheckSshd() {
     }
     if (supervision.sshd_pid == 0) {
         LogMessage(0, "Starting the SSH daemon because it was not detected\n");
-        return StartSshd(settings.sshd_service_name);
+        const bool started = StartSshd(settings.service_script, settings.sshd_service_name);
+        statistics.start_sshd += started ? 1 : 0;
+        return started;
     }
     LogDebug("The SSH daemon is running, but its PID changed to %d since the last check\n",
              supervision.sshd_pid);
@@ -125,6 +143,16 @@ bool Check(bool heartbeatRead) {
 }
 
 }  // namespace
+
+uint32_t ArmWatchdog(uint32_t biteSeconds) {
+    static const Quenda::WatchdogControl control;
+    char message[54] = "";
+    const uint32_t code = Quenda::wdStart(control, biteSeconds, message, sizeof(message));
+    if (code != Quenda::WD_DB_OK) {
+        LogMessage(0, "%s\n", message);
+    }
+    return code;
+}
 
 bool CheckHealth(bool heartbeatRead) {
     try {

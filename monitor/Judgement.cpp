@@ -10,8 +10,8 @@ struct EnumText {
     const char* text;
 };
 
-// Searched from the top. The rows are in the order of the terminal's own table; as no value occurs
-// twice, it changes nothing.
+// The search runs from the top. That 3 comes before 2 has no effect, as no value occurs twice; the
+// order is the one that the terminal's software has always had.
 constexpr EnumText kStateTexts[] = {
     {0, "Keldra_State_Unknown"},  {1, "Keldra_Not_Running"}, {3, "Keldra_Missed_Heartbeat"},
     {2, "Keldra_In_Error_State"}, {4, "Keldra_Up_And_Okay"}, {-1, nullptr},

@@ -1,12 +1,12 @@
-// The judgement of one health check: Keldra's state, and what follows from it. Pure: facts go in, a
-// decision comes out, and HealthCheck carries it out.
+// The judgement of one health check: Keldra's state and what to do about it. These functions are
+// pure: HealthCheck collects the facts and carries out the decision.
 #pragma once
 
 #include <cstdint>
 
 namespace Monitor {
 
-// The names are the texts that operators see.
+// Operators see the names as texts.
 enum class KeldraState : int32_t {
     Keldra_State_Unknown = 0,  // the process table could not be read
     Keldra_Not_Running = 1,
@@ -30,10 +30,10 @@ const char* Text(OptionsType type);
 struct HeartbeatFacts {
     bool read;          // the heartbeat file could be read
     bool inErrorState;  // its count is 0
-    bool missed;        // its count is the one of the check before
+    bool missed;        // its count is the same as at the previous check
 };
 
-// What the monitor knows of the processes that it watches; zero at the start.
+// The state that lasts from check to check; zero at the start.
 struct SupervisionState {
     OptionsType options_type;
     KeldraState keldra_state;  // of the last check
@@ -44,7 +44,7 @@ struct SupervisionState {
 
 struct Judgement {
     SupervisionState supervision;  // after this check
-    // Heartbeat periods without a sign of life, this check's included. Without strikes 1.
+    // Heartbeat periods since the last healthy check: the strikes before this check and 1.
     uint32_t silentPeriods;
     bool recovered;  // healthy again after at least one strike
     bool reboot;     // the strikes passed the maximum

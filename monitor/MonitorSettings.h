@@ -1,3 +1,4 @@
+// The daemon's settings and the command line that makes them.
 #pragma once
 
 #include <cstdint>
@@ -5,7 +6,6 @@
 
 namespace Monitor {
 
-// What the command line decides; fixed once it is parsed.
 struct MonitorSettings {
     bool debug = false;
     uint32_t max_strikes = 3;  // one unhealthy check more reboots the terminal
@@ -18,5 +18,23 @@ struct MonitorSettings {
     std::string led_control_script = "/usr/sbin/led_ctl.sh";
     std::string monitor_process_name = "keldra_monitor";
 };
+
+// This process's settings. They are built before main and do not change after the command line
+// has been read.
+inline MonitorSettings settings;
+
+// What the command line asks for.
+enum class Request {
+    kSupervise,
+    kQuery,    // -i
+    kVersion,  // -v
+    kNothing,  // it has a mistake, which is on standard error
+};
+
+// Reads the options in the order given. What follows -i or -v is not read.
+Request ParseCommandLine(int argc, char** argv, MonitorSettings& parsed);
+
+// Logs a line at level 0, in debugging mode only.
+void LogDebug(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 }  // namespace Monitor

@@ -29,8 +29,7 @@ bool IsSpace(char c) {
     return isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-// Gives the signalled processes their second, whatever signals come meanwhile: they are let in,
-// and the pause goes on to its end.
+// Lasts the whole second: signals to this process are handled and do not shorten it.
 void Pause() {
     timespec end{};
     (void)clock_gettime(CLOCK_MONOTONIC, &end);  // cannot fail with this clock
@@ -61,6 +60,16 @@ bool SignalOne(int32_t pid, int signal) {
     return kill(pid, signal) == 0 || errno == ESRCH;
 }
 
+int32_t FindProcessExcept(int32_t excluded, const char* name) {
+    std::vector<int32_t> pids;
+    if (!CollectProcessIds(name, pids)) {
+        return -1;
+    }
+    const auto found =
+        std::find_if(pids.begin(), pids.end(), [=](int32_t pid) { return pid != excluded; });
+    return found == pids.end() ? 0 : *found;
+}
+
 }  // namespace
 
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid) {
@@ -73,7 +82,7 @@ bool ReadStartTime(int32_t pid, uint64_t& ticks) {
     if (!ReadStatLine(pid, line, sizeof(line))) {
         return false;
     }
-    // Fields are counted behind the name, which may hold blanks and parentheses.
+    // The name, field 2, may contain blanks and parentheses, so the count starts after it.
     const char* at = strrchr(line, ')');
     for (int field = 2; field < kStartTimeField && at != nullptr; ++field) {
         at = strchr(at + 1, ' ');
@@ -99,7 +108,7 @@ bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t&
         isalpha(static_cast<unsigned char>(nameEnd[2])) == 0 || !IsSpace(nameEnd[3])) {
         return false;
     }
-    // Copied, so that a number at the end of what is looked at ends there.
+    // Copied, since the scan must not read on past the end.
     char number[kLineSize] = {};
     (void)std::copy(nameEnd + 4, end, number);
     int32_t parent = 0;
@@ -127,22 +136,11 @@ bool CollectProcessIds(const char* name, std::vector<int32_t>& pids) {
 }
 
 int32_t FindProcessId(const char* name) {
-    std::vector<int32_t> pids;
-    if (!CollectProcessIds(name, pids)) {
-        return -1;
-    }
-    return pids.empty() ? 0 : pids.front();
+    return FindProcessExcept(0, name);  // no process has the PID 0
 }
 
 int32_t FindOtherProcessId(const char* name) {
-    const int32_t self = getpid();
-    std::vector<int32_t> pids;
-    if (!CollectProcessIds(name, pids)) {
-        return -1;
-    }
-    const auto other =
-        std::find_if(pids.begin(), pids.end(), [self](int32_t pid) { return pid != self; });
-    return other == pids.end() ? 0 : *other;
+    return FindProcessExcept(getpid(), name);
 }
 
 bool IsProcessRunning(const char* name, int32_t pid) {
@@ -158,17 +156,10 @@ bool SignalProcessesByName(const char* name, int signal) {
         return false;
     }
     const int32_t self = getpid();
-    bool includesSelf = false;
+    (void)std::partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
     bool allSignalled = true;
     for (const int32_t pid : pids) {
-        if (pid == self) {
-            includesSelf = true;
-        } else if (!SignalOne(pid, signal)) {
-            allSignalled = false;
-        }
-    }
-    if (includesSelf && !SignalOne(self, signal)) {
-        allSignalled = false;
+        allSignalled = SignalOne(pid, signal) && allSignalled;
     }
     Pause();
     return allSignalled;

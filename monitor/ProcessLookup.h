@@ -1,6 +1,6 @@
-// Finds and signals processes by their names, through /proc (proc(5)). A name is the kernel's
-// command name, at most 15 characters, compared exactly; every question is answered afresh.
-// Nothing here logs: callers report.
+// Finds and signals processes by name, through /proc (proc(5)). The name is the kernel's command
+// name of at most 15 characters; it must be equal. Nothing is cached, and nothing is logged:
+// callers report failures.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ constexpr size_t kProcessNameSize = 256;
 // The process's name and its parent, from /proc/PID/stat. False when there is no such process or
 // its line cannot be parsed. A name that itself holds ")" is cut there.
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid);
-// The same from a stat line, of which the first 127 bytes are looked at.
+// The same from a stat line; only its first 127 bytes count.
 bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid);
 // When the process was started, in clock ticks since the boot. False when that cannot be read.
 bool ReadStartTime(int32_t pid, uint64_t& ticks);
@@ -23,16 +23,17 @@ bool ReadStartTime(int32_t pid, uint64_t& ticks);
 // and for null.
 bool CollectProcessIds(const char* name, std::vector<int32_t>& pids);
 
-// The first process of that name; the first that is not the caller. 0: none, -1: unknown.
+// The first process of that name; the first other than the caller. 0 if there is none, -1 if /proc
+// cannot be read.
 int32_t FindProcessId(const char* name);
 int32_t FindOtherProcessId(const char* name);
 
-// Whether that process still bears that name: one file is read, where a search reads them all.
+// Whether that process runs and has that name. Reads one file; a search reads one for each process.
 bool IsProcessRunning(const char* name, int32_t pid);
 
 // Signals every process of that name, the caller itself last, then pauses for a second so that
-// they can end. A process that has gone meanwhile is no failure. False when one could not be
-// signalled and, without the pause, when there was none.
+// they can end. A process that has ended in the meantime is no failure. Returns false if one could
+// not be signalled. If there is none, returns false without the pause.
 bool SignalProcessesByName(const char* name, int signal);
 
 }  // namespace Monitor

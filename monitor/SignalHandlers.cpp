@@ -11,8 +11,7 @@
 #include "core/log/Log.h"
 #include "core/output/StdioWritable.h"
 #include "core/signals/SignalWindow.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/HealthCheck.h"
 #include "monitor/StatusReport.h"
 
 namespace Monitor {
@@ -27,7 +26,7 @@ namespace {
     exit(0);
 }
 
-// An exception must not leave a handler: a report that finds no memory is given up.
+// An exception must not leave a signal handler: without memory there is no report.
 void Report(void (*write)()) {
     try {
         write();
@@ -52,7 +51,7 @@ void OnStatusRequest(int /*signal*/) {
 }
 
 [[noreturn]] void OnQueryInterrupt(int /*signal*/) {
-    // The query itself may be inside exit or stdio just now.
+    // Only async-signal-safe calls: the signal may have interrupted stdio or exit.
     (void)!write(STDERR_FILENO, "\n", 1);
     _exit(1);
 }
@@ -80,7 +79,7 @@ sigset_t DaemonsSignals() {
 void PrepareSignals(bool detached) {
     (void)signal(SIGUSR1, SIG_IGN);  // none of the calls can fail with these signals
     (void)signal(SIGCHLD, SIG_DFL);
-    // Empty handlers instead of SIG_IGN, which the programs that the daemon starts would inherit.
+    // Empty handlers, because children would inherit SIG_IGN.
     (void)signal(SIGXFSZ, [](int) {});
     if (detached) {
         (void)signal(SIGHUP, [](int) {});
@@ -96,9 +95,9 @@ void HoldSignals() {
 
 void InstallSignalHandlers() {
     struct sigaction action {};
-    // What signal(2) asks for: an interrupted wait for a child goes on afterwards.
+    // As signal(2) does: an interrupted wait for a child continues.
     action.sa_flags = SA_RESTART;
-    // No handler cuts into another one's work either.
+    // No handler interrupts another one.
     action.sa_mask = DaemonsSignals();
     for (const HandledSignal& handled : kHandled) {
         action.sa_handler = handled.handler;

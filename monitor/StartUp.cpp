@@ -1,7 +1,6 @@
 #include "monitor/StartUp.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,17 +17,13 @@
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StdioWritable.h"
 #include "monitor/ChildControl.h"
-#include "monitor/CommandLine.h"
-#include "monitor/DebugLog.h"
 #include "monitor/HealthCheck.h"
-#include "monitor/MonitorState.h"
-#include "monitor/MonitorWatchdog.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/ProcessLookup.h"
 #include "monitor/SignalHandlers.h"
-#include "monitor/StatusQuery.h"
-#include "shell/ShellBuildRecord.h"
+#include "monitor/StatusReport.h"
 #include "shell/ShellRunner.h"
-#include "watchdog/WatchdogBuildRecord.h"
+#include "watchdog/WatchdogControl.h"
 
 namespace Monitor {
 
@@ -43,8 +38,8 @@ constexpr int kSyslogTraceLevel = 2;
 constexpr useconds_t kPollUs = 10000;
 constexpr int kPollsForYounger = 100;  // a second
 
-// Whatever is opened later must not become standard error: where the starter closed a standard
-// stream, /dev/null takes its place.
+// Opens /dev/null for each standard stream that the starter closed. Otherwise a file opened later
+// would become standard error, and log lines would end up in it.
 void OpenStandardStreams() {
     int fd = -1;
     do {
@@ -55,8 +50,9 @@ void OpenStandardStreams() {
     }
 }
 
-// A lock of the starter's would stay held, and a pipe open, for as long as the daemon runs. In
-// debugging mode they are kept: whoever starts it there may have opened them for its tools.
+// Descriptors that the starter left open would keep its locks held and its pipes open for as long
+// as the daemon runs. In debugging mode they are kept, since tools (a tracer, a test) may need
+// them.
 void CloseStartersDescriptors() {
     if (!settings.debug && close_range(STDERR_FILENO + 1, UINT_MAX, 0) == -1) {
         Quenda::CloseInheritedDescriptors();  // a kernel before 5.9
@@ -77,7 +73,7 @@ void PrintVersion() {
 }
 
 void OpenLogs() {
-    // Kept for the life of the process, since the trace list refers to them until its end.
+    // They must exist until the process exits, as long as the trace list refers to them.
     static Quenda::StdioWritable standardError(stderr);
     static Quenda::SysloggerWritable syslogger;
     if (settings.debug) {
@@ -88,8 +84,9 @@ void OpenLogs() {
     Quenda::OpenSyslog(settings.monitor_process_name.c_str());
 }
 
-// Whether that process was started before this one. Within one tick the lower PID counts as the
-// earlier one. PIDs wrap, so that may be wrong, but both processes come to the same answer.
+// Whether that process was started before this one. If both were started in the same tick, the
+// lower PID counts as the earlier one. PIDs wrap, so this may be wrong, but both processes agree on
+// it.
 bool IsOlder(int32_t other) {
     const int32_t self = getpid();
     uint64_t ownStart = 0;
@@ -98,11 +95,12 @@ bool IsOlder(int32_t other) {
            std::pair(otherStart, other) < std::pair(ownStart, self);
 }
 
-// Daemons that are started at the same moment see each other, and one of them must remain. So an
-// older process of the name refuses at once, and a younger one gets a second to end: if it is a
-// daemon that is just starting, it refuses because of this one. A younger process that stays
-// refuses, too: it may be a running daemon, since a shell that was there before it can become this
-// process by exec. So does an unreadable process table: a second monitor does more harm than none.
+// Daemons that are started at the same moment see each other, and exactly one of them must remain.
+// If an older process has the name, this one refuses at once. A younger one gets a second to end:
+// if it is a daemon that is starting, it refuses because of this one. If it is still there after
+// that, this one refuses: it may be a running daemon, because a shell that existed before it can
+// become this process by exec. An unreadable process table refuses, too: two monitors are worse
+// than none.
 bool IsOnlyInstance() {
     const char* const name = settings.monitor_process_name.c_str();
     int32_t other = 0;
@@ -118,7 +116,7 @@ bool IsOnlyInstance() {
 
 void Detach() {
     if (!settings.debug && daemon(1, 0) == -1) {
-        // It supervises all the same. Without a process to be had, whoever started it waits.
+        // If fork fails, it supervises in the foreground; the starting command does not return.
         LogMessage(0, "Failed to detach: %s\n", strerror(errno));
     }
 }
@@ -157,35 +155,6 @@ bool StartHeartbeatReader() {
     return true;
 }
 
-bool Exists(const char* path) {
-    struct stat status {};
-    return stat(path, &status) == 0;
-}
-
-bool ChooseOptionsFile() {
-    if (Exists(kPrimaryOptionsFile)) {
-        LogDebug("Defaulting to Keldra's primary options file\n");
-        supervision.options_type = OptionsType::Normal_Options;
-    } else if (Exists(kBackupOptionsFile)) {
-        LogMessage(0,
-                   "Falling back to Keldra's backup options file because the primary options file "
-                   "is missing\n");
-        supervision.options_type = OptionsType::Backup_Options;
-    } else if (Exists(kFactoryOptionsFile)) {
-        LogMessage(0,
-                   "Falling back to Keldra's factory options file because both the primary and "
-                   "backup options files are missing\n");
-        supervision.options_type = OptionsType::Factory_Options;
-    } else {
-        LogMessage(
-            0,
-            "TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options "
-            "files are missing\n");
-        return false;
-    }
-    return true;
-}
-
 int Supervise() {
     CloseStartersDescriptors();
     PrepareSignals(!settings.debug);
@@ -201,7 +170,7 @@ int Supervise() {
         return 1;
     }
     InstallSignalHandlers();
-    if (!ChooseOptionsFile()) {
+    if (!ChooseOptionsFile(supervision.options_type)) {
         return 1;
     }
     Quenda::EventLoop& loop = Quenda::EventLoop::Instance();
@@ -210,7 +179,7 @@ int Supervise() {
         return 1;
     }
     LogDebug("Starting the main event loop\n");
-    // Keldra is not started here: the first check finds it absent and starts it.
+    // Keldra is not started here: the first check does not find it and starts it.
     loop.Run();
     LogMessage(0, "%s: BUG! Keldra Monitor returns?!\n", "int main(int, char**)");
     return 2;

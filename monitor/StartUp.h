@@ -2,8 +2,8 @@
 
 namespace Monitor {
 
-// Starts the daemon and runs it. Returns the exit code; in normal operation it never returns,
-// the process ends in a signal handler or for a reboot.
+// Does what the command line asks for. A daemon normally does not return from here: its process
+// ends in a signal handler or before a reboot. Returns the exit code.
 int RunMonitor(int argc, char** argv);
 
 }  // namespace Monitor

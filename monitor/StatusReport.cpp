@@ -1,23 +1,34 @@
 #include "monitor/StatusReport.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 #include "core/event/EventLoop.h"
 #include "core/log/Log.h"
 #include "core/output/StringWritable.h"
-#include "monitor/MonitorState.h"
+#include "monitor/HealthCheck.h"
+#include "monitor/MonitorSettings.h"
+#include "monitor/ProcessLookup.h"
 
 namespace Monitor {
 
 namespace {
 
-constexpr mode_t kStatusFileMode = 0644;  // whatever the umask that the daemon was started with
+// Holds the latest report.
+constexpr char kStatusFile[] = "/var/run/quenda/keldra_monitor_status.log";
+constexpr mode_t kStatusFileMode = 0644;  // independent of the umask
+
+constexpr unsigned int kBudgetSeconds = 10;  // for the whole query, counted in polls
+constexpr unsigned int kPollMs = 10;
+constexpr unsigned int kPolls = kBudgetSeconds * 1000 / kPollMs;
 
 const char* TrueOrFalse(bool value) {
     return value ? "true" : "false";
@@ -79,6 +90,76 @@ void WriteEventLoop(Quenda::Writable* out) {
     out->Printf("\n");
 }
 
+// Opens the status file, with O_RDONLY or O_WRONLY and further flags. Refuses anything but a
+// regular file with one link: no link is followed, no pipe blocks, no other file is overwritten.
+// Returns -1, with errno set, on failure.
+int OpenStatusFile(int flags) {
+    const int fd = open(kStatusFile, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kStatusFileMode);
+    struct stat status {};
+    if (fd == -1 || (fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1)) {
+        return fd;
+    }
+    (void)close(fd);  // nothing was written
+    errno = EEXIST;
+    return -1;
+}
+
+// The status file's modification time; false, with `time` unchanged, while there is no file.
+bool ReadModificationTime(timespec& time) {
+    struct stat status {};
+    if (stat(kStatusFile, &status) == -1) {
+        return false;
+    }
+    time = status.st_mtim;
+    return true;
+}
+
+// Deliberate: seconds and nanoseconds are compared separately. After the wall clock was set back, a
+// change is noticed if its nanoseconds are greater, and the query times out otherwise.
+bool IsNewer(const timespec& time, const timespec& noted) {
+    return time.tv_sec > noted.tv_sec || time.tv_nsec > noted.tv_nsec;
+}
+
+// Waits until a poll sees a new time and the next one sees the same time: then the file is
+// complete. False if that takes all polls.
+bool AwaitReport(timespec noted) {
+    bool hasChanged = false;
+    for (unsigned int polls = 1; polls <= kPolls; ++polls) {
+        usleep(kPollMs * 1000);
+        timespec time{};
+        if (!ReadModificationTime(time) || (!hasChanged && !IsNewer(time, noted))) {
+            continue;
+        }
+        if (hasChanged && time.tv_sec == noted.tv_sec && time.tv_nsec == noted.tv_nsec) {
+            return polls < kPolls;
+        }
+        hasChanged = true;
+        noted = time;
+    }
+    return false;
+}
+
+void PrintStatusFile() {
+    const int fd = OpenStatusFile(O_RDONLY);
+    if (fd == -1) {
+        fprintf(stderr, "Failed to open the status file %s for reading: %s\n", kStatusFile,
+                strerror(errno));
+        return;
+    }
+    std::string report;
+    char chunk[4096];
+    ssize_t count = 0;
+    while ((count = read(fd, chunk, sizeof(chunk))) > 0) {
+        report.append(chunk, static_cast<size_t>(count));
+    }
+    (void)close(fd);  // nothing was written
+    (void)fwrite(report.data(), 1, report.size(), stderr);
+    if (!IsWholeReport(report)) {
+        fprintf(stderr, "The status file %s is %s: is its disk full?\n", kStatusFile,
+                report.empty() ? "empty" : "incomplete");
+    }
+}
+
 }  // namespace
 
 void WriteStatusReport(Quenda::Writable* out) {
@@ -94,23 +175,6 @@ bool IsWholeReport(const std::string& text) {
     return lastLine != std::string::npos && text.find("\n\n", lastLine) == text.size() - 2;
 }
 
-int OpenStatusFile(int flags) {
-    const int fd = open(kStatusFile, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kStatusFileMode);
-    if (fd == -1) {
-        return -1;
-    }
-    struct stat status {};
-    int error = EEXIST;
-    if (fstat(fd, &status) == -1) {
-        error = errno;
-    } else if (S_ISREG(status.st_mode) && status.st_nlink == 1) {
-        return fd;
-    }
-    (void)close(fd);  // nothing was written
-    errno = error;
-    return -1;
-}
-
 void UpdateStatusFile() {
     Quenda::StringWritable report;
     WriteStatusReport(&report);
@@ -120,13 +184,35 @@ void UpdateStatusFile() {
                            strerror(errno));
         return;
     }
-    (void)fchmod(fd, kStatusFileMode);  // a report that few can read is better than none
-    // Written at once, over the old report, whose rest is cut off: a reader never finds the file
-    // empty in between. What a full disk does not take, the reader finds missing.
+    (void)fchmod(fd, kStatusFileMode);  // without it the report is still of use to some
+    // One write over the old report, then the old rest is cut off: a reader never finds the file
+    // empty in between. If the disk is full, the end is missing, and the reader notices.
     const std::string& text = report.Text();
     const ssize_t written = write(fd, text.data(), text.size());
     (void)!ftruncate(fd, std::max<ssize_t>(written, 0));
     (void)close(fd);
+}
+
+void QueryStatus() {
+    const int32_t pid = FindOtherProcessId(settings.monitor_process_name.c_str());
+    if (pid <= 0) {
+        fprintf(stderr, "No other Keldra Monitor instance is running to query\n");
+        return;
+    }
+    timespec noted{};
+    (void)ReadModificationTime(noted);  // without a file, any file is a change
+    if (kill(pid, SIGUSR1) == -1) {
+        fprintf(stderr, "Failed to signal Keldra Monitor %d to print its status: %s\n", pid,
+                strerror(errno));
+        return;
+    }
+    if (!AwaitReport(noted)) {
+        fprintf(stderr,
+                "TIMEOUT! Keldra Monitor %d did not update the status file %s within %u seconds\n",
+                pid, kStatusFile, kBudgetSeconds);
+        return;
+    }
+    PrintStatusFile();
 }
 
 }  // namespace Monitor

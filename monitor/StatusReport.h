@@ -1,5 +1,6 @@
 // The status report: the monitor's settings, counters, state, heartbeat reader and event loop as
-// plain text. Operators and their scripts read it, so its lines never change.
+// plain text. Operators and scripts read it, so its lines never change. The daemon writes it to the
+// status file; a query, which is another process, asks for it and reads it there.
 #pragma once
 
 #include <string>
@@ -8,20 +9,16 @@
 
 namespace Monitor {
 
-// Holds the latest report.
-constexpr char kStatusFile[] = "/var/run/quenda/keldra_monitor_status.log";
-
 void WriteStatusReport(Quenda::Writable* out);
 
-// Whether the text is a report with its end, and with nothing after it.
+// Whether the text has the end of a report, and nothing after it.
 bool IsWholeReport(const std::string& text);
 
-// Opens the status file, with O_RDONLY or O_WRONLY and further flags. Refuses anything but a
-// regular file with one link: no link is followed, no pipe blocks, no other file is overwritten.
-// Returns -1, with errno set, on failure.
-int OpenStatusFile(int flags);
-
-// Writes the report to the status file, anew. A failure to open the file is logged.
+// Replaces the status file's content by a new report. A failure to open the file is logged.
 void UpdateStatusFile();
+
+// Asks the running instance for its status report and prints it on standard error, as well as any
+// failure. Takes about 10 seconds at most: they are counted in polls.
+void QueryStatus();
 
 }  // namespace Monitor

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <utility>
 
+#include "core/buildinfo/MakeBuildRecord.h"
 #include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
 
@@ -32,13 +33,13 @@ constexpr int kLastInherited = 1023;
         (void)close(pipeFds[1]);
     }
     (void)execv(path, argv);
-    // Not stdio: its buffers and the exit handlers are the parent's own.
+    // Not stdio and exit: the buffers and the exit handlers belong to the parent.
     (void)dprintf(STDERR_FILENO, "Failed to exec \"%s\": %s\n", shown, strerror(errno));
     _exit(1);
 }
 
-// A command with the read end of its output's pipe. It is waited for even when its output finds
-// no memory.
+// A command and the read end of the pipe for its output. The destructor waits for the command, even
+// if memory runs out.
 class RunningCommand {
 public:
     RunningCommand(pid_t child, int outputFd) : child_(child), outputFd_(outputFd) {}
@@ -61,7 +62,7 @@ public:
         }
     }
 
-    // Closes the pipe and waits. False when that failed, and the second time.
+    // Closes the pipe and waits. False if the wait fails, and at a second call.
     bool End(int& status) {
         if (outputFd_ == -1) {
             return false;
@@ -94,7 +95,7 @@ bool JudgeEnd(int status, std::string& output) {
     return false;
 }
 
-// `shown` names the command in the line that explains a failed exec.
+// `shown` stands for the command in the line that explains a failed exec.
 bool Run(const char* path, char* const* argv, const char* shown, std::string& output) {
     int pipeFds[2];
     if (pipe(pipeFds) == -1) {
@@ -165,6 +166,11 @@ void CloseInheritedDescriptors() {
     for (int fd = kFirstInherited; fd <= kLastInherited; ++fd) {
         (void)close(fd);  // most of them are not open
     }
+}
+
+const BuildRecord& ShellBuildRecord() {
+    static const BuildRecord record = QUENDA_BUILD_RECORD("shell_runner");
+    return record;
 }
 
 }  // namespace Quenda

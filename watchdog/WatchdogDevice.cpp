@@ -35,8 +35,24 @@ uint32_t Store(uint32_t* error, uint32_t code) {
     return code;
 }
 
-// Only the first counter file receives its whole value; every write after it transfers just the "0"
-// in front. The driver is used to exactly these bytes, so they stay.
+uint32_t CheckTransfer(int descriptor, const void* buffer, uint32_t* error) {
+    if (error == nullptr) {
+        return WD_NULL_POINTER;
+    }
+    if (descriptor < 0) {
+        return Store(error, WD_INV_FD_DESC);
+    }
+    return buffer == nullptr ? Store(error, WD_NULL_POINTER) : uint32_t{WD_DB_OK};
+}
+
+// Deliberate: a failed write has the code of a failed read.
+uint32_t JudgeTransfer(ssize_t transferred, size_t length, uint32_t* error) {
+    return transferred == static_cast<ssize_t>(length) ? uint32_t{WD_DB_OK}
+                                                       : Store(error, WD_READ_ERR);
+}
+
+// Deliberate: only the first counter file receives its whole value, every later write transfers
+// just the "0" in front of it. The driver expects exactly these bytes.
 uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t* error) {
     const struct {
         WatchdogControl::Slot file;
@@ -61,6 +77,20 @@ uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t*
         }
     }
     return Store(error, WD_DB_OK);
+}
+
+// Closes all files and explains a failure. Returns the code. The numbers of the steps are part of
+// the error texts that service documents explain; they are fixed and name no line of any file.
+//
+// If wdOpenAll has failed, it has already closed its files. This second close of the same numbers
+// is deliberate; it fails without harm, since nothing was opened in between.
+uint32_t Finish(const WatchdogDescriptors& descriptors, const char* operation, int step,
+                uint32_t code, char* text, size_t length) {
+    wdCloseAll(descriptors);
+    if (code != WD_DB_OK) {
+        (void)wdFormatError(operation, step, code, text, length);
+    }
+    return code;
 }
 
 }  // namespace
@@ -97,44 +127,27 @@ uint32_t wdOpenAll(const WatchdogControl& control, WatchdogDescriptors* descript
 void wdCloseAll(const WatchdogDescriptors& descriptors) {
     for (const int descriptor : descriptors) {
         if (descriptor > 0) {
-            (void)close(descriptor);  // the values were taken at the write
+            (void)close(descriptor);  // the driver has taken the values
         }
     }
 }
 
 uint32_t wdReadDevice(int descriptor, void* buffer, size_t length, uint32_t* error) {
-    if (error == nullptr) {
-        return WD_NULL_POINTER;
-    }
-    if (descriptor < 0) {
-        return Store(error, WD_INV_FD_DESC);
-    }
-    if (buffer == nullptr) {
-        return Store(error, WD_NULL_POINTER);
+    if (const uint32_t code = CheckTransfer(descriptor, buffer, error); code != WD_DB_OK) {
+        return code;
     }
     GlobalTraceList().Trace(kTraceLevel, "%s - read buf %p len %d\n", "wdReadDevice", buffer,
                             static_cast<int>(length));
-    return read(descriptor, buffer, length) == static_cast<ssize_t>(length)
-               ? uint32_t{WD_DB_OK}
-               : Store(error, WD_READ_ERR);
+    return JudgeTransfer(read(descriptor, buffer, length), length, error);
 }
 
 uint32_t wdWriteDevice(int descriptor, const char* text, size_t length, uint32_t* error) {
-    if (error == nullptr) {
-        return WD_NULL_POINTER;
-    }
-    if (descriptor < 0) {
-        return Store(error, WD_INV_FD_DESC);
-    }
-    if (text == nullptr) {
-        return Store(error, WD_NULL_POINTER);
+    if (const uint32_t code = CheckTransfer(descriptor, text, error); code != WD_DB_OK) {
+        return code;
     }
     GlobalTraceList().Trace(kTraceLevel, "%s - write buf %s len %d\n", "wdWriteDevice", text,
                             static_cast<int>(length));
-    // A failed write shares the code of a failed read, on purpose.
-    return write(descriptor, text, length) == static_cast<ssize_t>(length)
-               ? uint32_t{WD_DB_OK}
-               : Store(error, WD_READ_ERR);
+    return JudgeTransfer(write(descriptor, text, length), length, error);
 }
 
 uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& fds, uint32_t* error) {
@@ -150,7 +163,7 @@ uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& fds, uin
     if (error == nullptr) {
         return WD_NULL_POINTER;
     }
-    // The counters and the enable state; the other two are not checked.
+    // Deliberate: only the counters and the enable state are checked.
     const auto* const unchecked = fds.begin() + WatchdogControl::kControlReset;
     if (std::find(fds.begin(), unchecked, 0) != unchecked) {
         return Store(error, WD_INV_FD_DESC);
@@ -187,6 +200,44 @@ uint32_t wdReadEnable(int controlEn, char* buffer, uint32_t* error) {
     }
     const uint32_t code = wdReadDevice(controlEn, buffer, 2, error);
     return code == WD_DB_OK ? Store(error, WD_DB_OK) : code;
+}
+
+uint32_t wdStart(const WatchdogControl& control, uint32_t seconds, char* text, size_t length) {
+    WatchdogDescriptors descriptors;
+    uint32_t error = WD_DB_OK;
+    if (wdOpenAll(control, &descriptors, &error) != WD_DB_OK) {
+        return Finish(descriptors, "wdStart", 238, error, text, length);
+    }
+    const uint32_t code = wdSetWatchdogTime(seconds, descriptors, &error);
+    return Finish(descriptors, "wdStart", 245, code, text, length);
+}
+
+uint32_t wdStop(const WatchdogControl& control, char* text, size_t length) {
+    WatchdogDescriptors descriptors;
+    uint32_t error = WD_DB_OK;
+    if (wdOpenAll(control, &descriptors, &error) != WD_DB_OK) {
+        return Finish(descriptors, "wdStop", 268, error, text, length);
+    }
+    const uint32_t code = wdDisable(descriptors[WatchdogControl::kControlAll], &error);
+    return Finish(descriptors, "wdStop", 275, code, text, length);
+}
+
+uint32_t wdIsEnabled(const WatchdogControl& control, uint32_t* state, char* text, size_t length) {
+    WatchdogDescriptors descriptors;
+    uint32_t error = WD_DB_OK;
+    if (state == nullptr) {
+        return Finish(descriptors, "wdIsEnabled", 299, WD_NULL_POINTER, text, length);
+    }
+    if (wdOpenAll(control, &descriptors, &error) != WD_DB_OK) {
+        return Finish(descriptors, "wdIsEnabled", 306, error, text, length);
+    }
+    char enabled[2] = "";
+    const uint32_t code = wdReadEnable(descriptors[WatchdogControl::kControlEn], enabled, &error);
+    if (code == WD_DB_OK) {
+        *state = enabled[0] == control.Get(WatchdogControl::kEnabledText)[0] ? kWatchdogEnabled
+                                                                             : kWatchdogDisabled;
+    }
+    return Finish(descriptors, "wdIsEnabled", 313, code, text, length);
 }
 
 }  // namespace Quenda

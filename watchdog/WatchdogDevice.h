@@ -1,10 +1,9 @@
 // The hardware watchdog: starting, re-arming and stopping it through its control files.
 //
 // A counter of 3.125 MHz runs down from a programmed value and resets the board at zero. Only the
-// bite times 30, 60 and 300 seconds can be programmed. Nothing here logs an error: every failure
-// is a code of WatchdogError.h; the three operations at the end also explain it in `text`
-// (`length` bytes), which stays untouched on success. Traces go to the global trace list at
-// level 9.
+// bite times 30, 60 and 300 seconds can be programmed. No error is logged: each operation returns a
+// code (WatchdogControl.h), and the three at the end also explain a failure in `text` (`length`
+// bytes), which stays untouched on success. Traces go to the global trace list at level 9.
 #pragma once
 
 #include <array>
@@ -12,17 +11,16 @@
 #include <cstdint>
 
 #include "watchdog/WatchdogControl.h"
-#include "watchdog/WatchdogError.h"
 
 namespace Quenda {
 
-// The descriptors of the control files, by their slots. They start at 0, which means that the file
-// is not open; so a file that the kernel opens as descriptor 0 is never closed.
+// The descriptors of the control files, by slot. They start at 0, and 0 means that the file is not
+// open. So a file that the kernel opens as descriptor 0 is never closed.
 struct WatchdogDescriptors : std::array<int, WatchdogControl::kSlotCount> {
     WatchdogDescriptors() : array{} {}
 };
 
-// The steps. Each stores its code in `error`, too, when it fails; a null `error` is itself
+// The steps. On failure each also stores its code in `error`. A null `error` is the failure
 // WD_NULL_POINTER.
 
 uint32_t wdOpenDevice(const char* path, int flags, int* descriptor, uint32_t* error);
@@ -32,7 +30,7 @@ uint32_t wdOpenAll(const WatchdogControl& control, WatchdogDescriptors* descript
 // Closes what is open, without resetting the variables.
 void wdCloseAll(const WatchdogDescriptors& descriptors);
 uint32_t wdReadDevice(int descriptor, void* buffer, size_t length, uint32_t* error);
-// `text` ends with a zero byte, however few of its bytes are to be written.
+// Writes `length` bytes of `text`, which ends with a zero byte for the trace.
 uint32_t wdWriteDevice(int descriptor, const char* text, size_t length, uint32_t* error);
 uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& descriptors,
                            uint32_t* error);

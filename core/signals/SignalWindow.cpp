@@ -11,8 +11,8 @@ sigset_t maskInWindow;  // the process's mask before any of them was held
 }  // namespace
 
 void BlockSignalsOutsideWindows(const sigset_t& signals) {
-    // None of these calls can fail with valid sets. A second call must not take the signals that
-    // are held already for blocked ones.
+    // None of these calls can fail with valid sets. Only the first call reads the mask: later ones
+    // would find the signals blocked and keep them so in windows.
     (void)sigprocmask(SIG_BLOCK, &signals, blocking ? nullptr : &maskInWindow);
     (void)sigorset(&held, &held, &signals);
     blocking = true;

@@ -4,10 +4,10 @@
 
 namespace Quenda {
 
-// For a process whose signal handlers do real work: they log, write files and exit. So that none
-// of them cuts into the log or the heap half-way, the process keeps their signals blocked except
-// while it waits: in the event loop's wait, in the shell runner's, and wherever one of these
-// objects lives. Does nothing before `BlockSignalsOutsideWindows`.
+// For a process whose signal handlers log, write files and exit. A handler must not interrupt the
+// log or the heap. So the process keeps the signals blocked, except while it waits: in the event
+// loop's wait, in the shell runner's waits, and while an object of this class exists. Has no effect
+// before `BlockSignalsOutsideWindows`.
 //
 // Open a window around a single wait only: code inside it must not use the heap or the log. Windows
 // nest: the signals are blocked again when the outermost one closes.
@@ -23,16 +23,15 @@ private:
     sigset_t maskAround_;
 };
 
-// Blocks the given signals outside windows, from now on, and those of earlier calls as before. Not
-// for use inside a window.
+// Blocks the given signals outside windows from now on, in addition to those of earlier calls. Do
+// not call it inside a window.
 void BlockSignalsOutsideWindows(const sigset_t& signals);
 
-// The mask inside a window, for system calls that change it for themselves; null while nothing
-// is blocked.
+// The mask inside a window, for system calls that take one; null while nothing is blocked.
 const sigset_t* SignalMaskInWindow();
 
-// In a child between fork and exec: those signals get their default dispositions, and the mask is
-// the one inside a window.
+// For a child between fork and exec: gives those signals their default dispositions and sets the
+// mask that applies inside a window.
 void RestoreSignalsInChild();
 
 }  // namespace Quenda

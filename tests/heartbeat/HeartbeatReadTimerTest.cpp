@@ -1,19 +1,53 @@
 #include "heartbeat/HeartbeatReadTimer.h"
 
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <string>
 #include <vector>
 
-#include "tests/heartbeat/HeartbeatFixture.h"
+#include "core/options/OptionsNodeEdit.h"
+#include "core/timer/TimeKeeper.h"
 #include "tests/support/CallbackTo.h"
+#include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 
-struct HeartbeatReadTimerTest : HeartbeatFixture {
+// A reader on a heartbeat file of the test's own.
+struct HeartbeatReadTimerTest : testing::Test {
     HeartbeatReadTimerTest() { EXPECT_TRUE(Reload(10U)); }
+    std::string File() const { return dir_.File("heartbeat"); }
+    void WriteBytes(const std::string& bytes) { dir_.Write("heartbeat", bytes); }
+    void WriteCount(uint32_t count) {
+        WriteBytes(std::string(reinterpret_cast<const char*>(&count), sizeof(count)));
+    }
+
+    // `timeout` is any type that a leaf can have.
+    template <typename T>
+    bool Reload(const T& timeout) {
+        Quenda::OptionsNodeEdit options;
+        options.SetLeaf("heartbeat_filename", File(), nullptr);
+        options.SetLeaf("heartbeat_timeout_sec", timeout, nullptr);
+        return timer_.Reload(options);
+    }
+
+    // One check, as the armed timer makes it; what was logged is kept.
+    bool Check() {
+        Capture log(2);
+        bool result = false;
+        timer_.OnTimeout(0, &result);
+        log_ = log.Stop();
+        return result;
+    }
+
+    TempDir dir_;
+    Quenda::HeartbeatReadTimer timer_;
+    std::string log_;
 };
 
 TEST_F(HeartbeatReadTimerTest, CountsAreJudgedInPairs) {
@@ -69,6 +103,56 @@ TEST_F(HeartbeatReadTimerTest, TimedChecksReportToTheCallbackAndOthersDoNot) {
     timer_.ClearResultCallback();
     timer_.OnTimeout(0, nullptr);
     EXPECT_EQ(results, (std::vector<bool>{true, false}));
+}
+
+TEST_F(HeartbeatReadTimerTest, StartArmsAndASecondStartIsRefused) {
+    EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);
+    ASSERT_TRUE(Reload(1000U));
+    ASSERT_TRUE(timer_.Start());
+    EXPECT_EQ(Quenda::TimeKeeper::Instance().ActiveCount(), 1U);
+    EXPECT_LT(timer_.GetSecondsToNextCheck(), 500U);  // a random delay below half the period
+    Capture log(2);
+    EXPECT_FALSE(timer_.Start());
+    EXPECT_EQ(log.Stop(),
+              "HeartbeatReadTimer: Start: Failed to start the timer because it is already "
+              "active\n");
+}
+
+TEST_F(HeartbeatReadTimerTest, TimeoutsThatReloadAcceptsAndRejects) {
+    // The upper limit of 4294967 seconds is written down, never enforced.
+    for (const int timeout : {4294968, INT32_MAX, 1}) {
+        EXPECT_TRUE(Reload(timeout)) << timeout;
+        EXPECT_EQ(timer_.GetTimeout(), static_cast<uint32_t>(timeout));
+    }
+    ASSERT_TRUE(timer_.Start());
+    EXPECT_TRUE(Reload(4294968));
+    EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);  // 704 ms are left in 32 bits
+    for (const int timeout : {0, -1, -1}) {         // the same again is not skipped
+        Capture log(2);
+        EXPECT_FALSE(Reload(timeout)) << timeout;
+        EXPECT_EQ(log.Stop(),
+                  "HeartbeatReadTimer: Reload: Heartbeat timeout must be a positive integer: " +
+                      std::to_string(timeout) + "\n");
+        EXPECT_EQ(timer_.GetTimeout(), 10U);
+        EXPECT_FALSE(timer_.IsActive());
+    }
+    EXPECT_TRUE(Reload(4294968));  // those that were applied before are not skipped either
+    EXPECT_EQ(timer_.GetTimeout(), 4294968U);
+}
+
+TEST_F(HeartbeatReadTimerTest, ReloadRestartsOnlyAnActiveTimerAndSkipsEqualOptions) {
+    ASSERT_TRUE(Reload(20U));
+    ASSERT_TRUE(timer_.Start());
+    WriteCount(9);
+    ASSERT_TRUE(Check());
+    EXPECT_TRUE(Reload(20U));
+    EXPECT_EQ(timer_.GetLastCount(), 9U);  // nothing happened
+    EXPECT_TRUE(Reload(30U));
+    EXPECT_TRUE(timer_.IsActive());
+    EXPECT_EQ(timer_.GetLastCount(), 0U);
+    EXPECT_TRUE(timer_.Stop());
+    EXPECT_TRUE(Reload(40U));
+    EXPECT_FALSE(timer_.IsActive());
 }
 
 }  // namespace

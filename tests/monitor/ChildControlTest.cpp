@@ -21,7 +21,7 @@ struct StartKeldraTest : testing::Test {
         dir_.Write("keldra", "#!/bin/sh\n" + script + "\n");
         EXPECT_EQ(chmod(dir_.File("keldra").c_str(), 0755), 0);
         Capture log(2);
-        const bool started = StartKeldra(name_, OptionsType::Factory_Options);
+        const bool started = StartKeldra(name_, OptionsFile(OptionsType::Factory_Options));
         log_ = log.Stop();
         return started;
     }
@@ -80,7 +80,7 @@ TEST_F(StartKeldraTest, WithoutAProcessToBeHadTheReasonIsTold) {
         getrlimit(RLIMIT_NPROC, &limit);
         limit.rlim_cur = 0;
         setrlimit(RLIMIT_NPROC, &limit);
-        _exit(StartKeldra(name_, OptionsType::Factory_Options) ? 0 : 7);
+        _exit(StartKeldra(name_, OptionsFile(OptionsType::Factory_Options)) ? 0 : 7);
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(7),
                 "Failed to fork for Keldra: Resource temporarily unavailable\n");

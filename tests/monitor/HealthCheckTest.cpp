@@ -10,7 +10,7 @@
 #include <new>
 
 #include "core/options/OptionsNodeEdit.h"
-#include "monitor/MonitorState.h"
+#include "monitor/MonitorSettings.h"
 #include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/Heap.h"

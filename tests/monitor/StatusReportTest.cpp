@@ -4,7 +4,8 @@
 
 #include "core/options/OptionsNodeEdit.h"
 #include "core/output/StringWritable.h"
-#include "monitor/MonitorState.h"
+#include "monitor/HealthCheck.h"
+#include "monitor/MonitorSettings.h"
 
 using namespace Monitor;
 

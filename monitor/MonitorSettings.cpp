@@ -1,16 +1,18 @@
-#include "monitor/CommandLine.h"
+#include "monitor/MonitorSettings.h"
 
 #include <unistd.h>
 
+#include <cstdarg>
 #include <cstdio>
 
+#include "core/log/Log.h"
 #include "core/numbers/TargetNumbers.h"
 
 namespace Monitor {
 
 namespace {
 
-void PrintUsage(const MonitorSettings& settings) {
+void PrintUsage(const MonitorSettings& parsed) {
     fprintf(stderr,
             "usage: %s\n"
             "          -n keldra_process_name\n"
@@ -22,10 +24,10 @@ void PrintUsage(const MonitorSettings& settings) {
             "          -i show the current status of this service\n"
             "          -d start in debugging mode (do not daemonize)\n"
             "          -v show version information and exit\n",
-            settings.monitor_process_name.c_str());
+            parsed.monitor_process_name.c_str());
 }
 
-// As lax as a scan with "%u" is, on purpose: "0" passes, a minus sign gives a large number, and
+// Deliberately as lax as a scan with "%u": "0" is accepted, a minus sign gives a large number, and
 // text after the number is ignored.
 bool ReadNumber(const char* what, const char* text, uint32_t& number) {
     if (!Quenda::ScanUInt32(text, number)) {
@@ -37,45 +39,55 @@ bool ReadNumber(const char* what, const char* text, uint32_t& number) {
 
 }  // namespace
 
-Request ParseCommandLine(int argc, char** argv, MonitorSettings& settings) {
+Request ParseCommandLine(int argc, char** argv, MonitorSettings& parsed) {
     int option = 0;
     while ((option = getopt(argc, argv, "n:h:X:t:S:L:idv")) != -1) {
         switch (option) {
             case 'n':
-                settings.keldra_process_name = optarg;
+                parsed.keldra_process_name = optarg;
                 break;
             case 'h':
-                settings.heartbeat_file = optarg;
+                parsed.heartbeat_file = optarg;
                 break;
             case 'X':
-                if (!ReadNumber("maximum strike count", optarg, settings.max_strikes)) {
+                if (!ReadNumber("maximum strike count", optarg, parsed.max_strikes)) {
                     return Request::kNothing;
                 }
                 break;
             case 't':
-                if (!ReadNumber("heartbeat timeout", optarg, settings.heartbeat_timeout_sec)) {
+                if (!ReadNumber("heartbeat timeout", optarg, parsed.heartbeat_timeout_sec)) {
                     return Request::kNothing;
                 }
                 break;
             case 'S':
-                settings.service_script = optarg;
+                parsed.service_script = optarg;
                 break;
             case 'L':
-                settings.led_control_script = optarg;
+                parsed.led_control_script = optarg;
                 break;
             case 'i':
                 return Request::kQuery;
             case 'd':
-                settings.debug = true;
+                parsed.debug = true;
                 break;
             case 'v':
                 return Request::kVersion;
             default:
-                PrintUsage(settings);
+                PrintUsage(parsed);
                 return Request::kNothing;
         }
     }
     return Request::kSupervise;
+}
+
+void LogDebug(const char* format, ...) {
+    if (!settings.debug) {
+        return;
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    Quenda::CurrentLogHooks().levelled(0, format, arguments);
+    va_end(arguments);
 }
 
 }  // namespace Monitor

@@ -1,4 +1,4 @@
-#include "monitor/CommandLine.h"
+#include "monitor/MonitorSettings.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
