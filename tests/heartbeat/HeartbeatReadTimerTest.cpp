@@ -107,6 +107,7 @@ TEST_F(HeartbeatReadTimerTest, TimedChecksReportToTheCallbackAndOthersDoNot) {
 
 TEST_F(HeartbeatReadTimerTest, StartArmsAndASecondStartIsRefused) {
     EXPECT_EQ(timer_.GetSecondsToNextCheck(), 0U);
+    EXPECT_FALSE(timer_.CheckNow());
     ASSERT_TRUE(Reload(1000U));
     ASSERT_TRUE(timer_.Start());
     EXPECT_EQ(Quenda::TimeKeeper::Instance().ActiveCount(), 1U);
@@ -116,6 +117,10 @@ TEST_F(HeartbeatReadTimerTest, StartArmsAndASecondStartIsRefused) {
     EXPECT_EQ(log.Stop(),
               "HeartbeatReadTimer: Start: Failed to start the timer because it is already "
               "active\n");
+    WriteCount(3);
+    EXPECT_TRUE(timer_.CheckNow());
+    EXPECT_EQ(timer_.GetLastCount(), 3U);
+    EXPECT_TRUE(timer_.IsActive());
 }
 
 TEST_F(HeartbeatReadTimerTest, TimeoutsThatReloadAcceptsAndRejects) {

@@ -73,12 +73,14 @@ struct HealthCheckTest : testing::Test {
 
 const std::string kNoWatchdog = "wdStart (238) : WD_FILE_NOT_FOUND\n";
 
-TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsSeenToEachTime) {
+TEST_F(HealthCheckTest, AbsentKeldraStrikesUntilItIsBackAndSshdIsStartedEachTime) {
+    settings.led_control_script = "false";
     for (uint32_t strike = 1; strike <= 3; ++strike) {
         EXPECT_TRUE(Check(strike));
         EXPECT_EQ(log_, "Keldra is not running!\nStrike " + std::to_string(strike) +
                             "! Keldra has not responded for " + std::to_string(7 * strike) +
-                            " seconds\n" + kNoWatchdog + NoKeldra());
+                            " seconds\n" + kNoWatchdog +
+                            "Failed to set the LEDs on the terminal: \n" + NoKeldra());
     }
     EXPECT_EQ(statistics.keldra_not_running, 3U);
     EXPECT_EQ(statistics.start_with_normal_options, 2U);  // counted although it failed
@@ -118,6 +120,10 @@ TEST_F(HealthCheckTest, UnhealthyKeldraIsSignalledBeforeItIsStartedAgain) {
                   kNoWatchdog + "Sending signal 3 to Keldra " + pid + "\n" + NoKeldra());
     EXPECT_EQ(keldra.Wait(), SIGQUIT);
     EXPECT_EQ(statistics.keldra_missed_heartbeat, 1U);
+    const NamedProcess successor(keldraName_);
+    EXPECT_TRUE(Check(0));
+    EXPECT_EQ(log_.find("Keldra is in error state\nStrike 2!"), 0U) << log_;
+    EXPECT_EQ(statistics.keldra_in_error_state, 1U);
 }
 
 TEST_F(HealthCheckTest, UnreadableProcessTableIsAStrikeAndKeldraIsStartedAllTheSame) {

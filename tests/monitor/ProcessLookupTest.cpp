@@ -13,6 +13,9 @@
 #include <vector>
 
 #include "core/signals/SignalWindow.h"
+#include "monitor/MonitorSettings.h"
+#include "monitor/StatusReport.h"
+#include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/NamedProcess.h"
 #include "tests/support/TempDir.h"
@@ -148,6 +151,17 @@ TEST_F(ProcessesByNameTest, OneThatHasGoneMeanwhileIsNoFailure) {
     }
 }
 
+TEST_F(ProcessesByNameTest, QueryThatMayNotSignalTheMonitorEnds) {
+    settings.monitor_process_name = own_;
+    const NamedProcess monitor(own_);
+    killError = EPERM;
+    Capture errors(2);
+    QueryStatus();
+    killError = 0;
+    EXPECT_EQ(errors.Stop(), "Failed to signal Keldra Monitor " + std::to_string(monitor.Pid()) +
+                                 " to print its status: Operation not permitted\n");
+}
+
 TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
     // An emulator of another processor makes up the stat file of its own process, with a digit for
     // the state: the caller cannot find itself there.
@@ -163,16 +177,14 @@ TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {
     }
     int status = 0;
     ASSERT_EQ(waitpid(caller, &status, WUNTRACED), caller);
-    NamedProcess a(own_), b(own_);  // behind the caller in the process table
-    const std::string bystander = OwnName("other");
-    const NamedProcess other(bystander);
+    NamedProcess other(own_);  // comes after the caller in the process table
+    const NamedProcess bystander(OwnName("bystand"));
     kill(caller, SIGCONT);
     ASSERT_EQ(waitpid(caller, &status, 0), caller);
     ASSERT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), SIGTERM);
-    EXPECT_EQ(a.Wait(), SIGTERM);  // had it come after the caller, it would still live
-    EXPECT_EQ(b.Wait(), SIGTERM);
-    EXPECT_TRUE(IsProcessRunning(bystander.c_str(), other.Pid()));
+    EXPECT_EQ(other.Wait(), SIGTERM);  // signalled after the caller, it would still live
+    EXPECT_EQ(FindProcessId(OwnName("bystand").c_str()), bystander.Pid());
 }
 
 }  // namespace

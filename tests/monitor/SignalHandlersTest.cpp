@@ -2,14 +2,18 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <new>
+#include <string>
 
 #include "core/log/TraceList.h"
 #include "core/output/StdioWritable.h"
+#include "monitor/MonitorSettings.h"
 #include "monitor/StartUp.h"
+#include "tests/support/Capture.h"
 #include "tests/support/Heap.h"
 
 using namespace Monitor;
@@ -30,21 +34,6 @@ struct SignalHandlersTest : testing::Test {
     }
 };
 
-TEST_F(SignalHandlersTest, InterruptNothingForGoodAndNotEachOther) {
-    InProcess(
-        [] {
-            for (const int signal : {SIGUSR1, SIGINT, SIGTSTP, SIGQUIT, SIGTERM}) {
-                struct sigaction action {};
-                sigaction(signal, nullptr, &action);
-                EXPECT_EQ(action.sa_flags & SA_RESTART, SA_RESTART) << signal;
-                for (const int other : {SIGUSR1, SIGINT, SIGTSTP, SIGQUIT, SIGTERM}) {
-                    EXPECT_EQ(sigismember(&action.sa_mask, other), 1) << signal << " " << other;
-                }
-            }
-        },
-        1);
-}
-
 TEST_F(SignalHandlersTest, StatusRequestKeepsTheErrorOfTheCallThatItInterrupts) {
     InProcess(
         [] {
@@ -55,14 +44,39 @@ TEST_F(SignalHandlersTest, StatusRequestKeepsTheErrorOfTheCallThatItInterrupts) 
         1);
 }
 
-TEST(RunMonitorTest, WithoutMemoryEndsWithALineAnd1) {
+int RunWith(const char* option) {
     char program[] = "keldra_monitor";
-    char* argv[] = {program, nullptr};
-    const auto start = [&argv] {
+    char* argv[] = {program, const_cast<char*>(option), nullptr};
+    optind = 0;  // glibc: start over
+    return RunMonitor(2, argv);
+}
+
+TEST(RunMonitorTest, WithoutMemoryEndsWithALineAnd1) {
+    const auto start = [] {
         onAllocation = [] { throw std::bad_alloc(); };
-        _exit(RunMonitor(1, argv));
+        _exit(RunWith("-d"));
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(1), "Out of memory: Keldra Monitor ends\n");
+}
+
+TEST(RunMonitorTest, UnreadableProcessTableRefuses) {
+    const auto start = [] {
+        const rlimit none = {3, 3};
+        setrlimit(RLIMIT_NOFILE, &none);
+        _exit(RunWith("-d"));
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(1), "^Keldra Monitor refuses to start.*\n$");
+}
+
+TEST(RunMonitorTest, VersionGoesToStandardErrorAlone) {
+    settings = MonitorSettings();
+    Capture output(1);
+    Capture errors(2);
+    EXPECT_EQ(RunWith("-v"), 0);
+    const std::string version = errors.Stop();
+    EXPECT_EQ(version.find("Application: keldra_monitor\n"), 0U) << version;
+    EXPECT_NE(version.find(" watchdog_control\n"), std::string::npos) << version;
+    EXPECT_EQ(output.Stop(), "");
 }
 
 TEST_F(SignalHandlersTest, WithoutMemoryTheReportIsGivenUpAndAShutdownGoesOn) {

@@ -35,6 +35,9 @@ TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
         {"head -c 3000001 /dev/zero", std::string(3000001, '\0')},
         {"printf part; exit 2", "partShell command exited with code 2\n"},
         {"echo x; kill -KILL $$", "x\nShell Failed: Killed by signal 9\n"},
+        // A command that is stopped has not ended.
+        {"exec >&- 2>&-; (sleep 0.1; kill -CONT $$) & kill -STOP $$; exit 3",
+         "Shell command exited with code 3\n"},
     };
     for (const auto& [command, expected] : cases) {
         std::string output = "kept:";

@@ -64,6 +64,8 @@ TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAl
          "File exists"},
     };
     StartHealthy();
+    const std::string descriptors = "/proc/" + std::to_string(Only("keldra_monitor")) + "/fd";
+    const std::string before = terminal_->Run({"/bin/ls", descriptors}).output;
     for (const auto& [command, reason] : cases) {
         (void)terminal_->Run({"/bin/sh", "-c", "rm -rf $1", "sh", kStatusFile});
         (void)terminal_->Run({"/bin/sh", "-c", command, "sh", kStatusFile});
@@ -73,6 +75,7 @@ TEST_F(EndToEndStatusQueryTest, WhatLiesInTheStatusFilesPlaceIsReportedAndLeftAl
         terminal_->Mark();
         Expect(Source::kWatchdog, "armed with 300 s");
     }
+    EXPECT_EQ(terminal_->Run({"/bin/ls", descriptors}).output, before);
     EXPECT_EQ(ReadFile(terminal_->Path("/tmp/kept")), "precious\n");
     EXPECT_EQ(ReadFile(terminal_->Path("/var/run/quenda/kept")), "precious\n");
 }
@@ -113,6 +116,7 @@ TEST_F(EndToEndStatusQueryTest, InterruptEndsTheQueryAlone) {
         [&] { return ReadFile(status).find("ShdPnd:\t0000000000000200") != std::string::npos; }));
     for (const Process& process : terminal_->Processes("keldra_monitor")) {
         if (process.pid != daemon) {
+            ASSERT_TRUE(terminal_->Signal(process.pid, SIGUSR1));  // as from another query
             ASSERT_TRUE(terminal_->Signal(process.pid, SIGINT));
         }
     }
@@ -126,8 +130,11 @@ TEST_F(EndToEndStatusQueryTest, NobodyToAskAndNoAnswerAreTold) {
     EXPECT_EQ(Query().output, "No other Keldra Monitor instance is running to query\n");
     StartHealthy();
     const pid_t daemon = Only("keldra_monitor");
+    (void)Query();  // an earlier report is no answer
     ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
+    const double start = terminal_->Seconds();
     const CommandResult query = Query();
+    EXPECT_GE(terminal_->Seconds() - start, 10);
     EXPECT_EQ(query.status, 0);
     EXPECT_EQ(query.output, "TIMEOUT! Keldra Monitor " + std::to_string(daemon) +
                                 " did not update the status file " + kStatusFile +

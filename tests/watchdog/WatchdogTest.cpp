@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <sstream>
 
 #include "core/log/TraceList.h"
@@ -100,6 +101,33 @@ TEST_F(WatchdogTest, MissingFileFailsBeforeAnythingIsWritten) {
     EXPECT_EQ(Start(300), "1 wdStart (238) : WD_FILE_NOT_FOUND");
     EXPECT_EQ(Stop(), "1 wdStop (268) : WD_FILE_NOT_FOUND");
     EXPECT_EQ(Written(), "|||||||");
+}
+
+TEST_F(WatchdogTest, ControlFileTellsWhetherItIsEnabled) {
+    uint32_t state = 0;
+    const auto ask = [&](const char* held, uint32_t* result) {
+        dir_.Write(std::to_string(Slot::kControlEn), held);
+        return Outcome(wdIsEnabled(control_, result, text_.data(), text_.size()));
+    };
+    EXPECT_EQ(ask("1\n", &state), "0 ");
+    EXPECT_EQ(state, kWatchdogEnabled);
+    EXPECT_EQ(ask("0\n", &state), "0 ");
+    EXPECT_EQ(state, kWatchdogDisabled);
+    EXPECT_EQ(ask("1", &state), "3 wdIsEnabled (313) : WD_READ_ERR");
+    EXPECT_EQ(ask("1\n", nullptr), "4 wdIsEnabled (299) : WD_NULL_POINTER");
+}
+
+TEST_F(WatchdogTest, EachCodeHasItsName) {
+    std::string names;
+    for (uint32_t code = 0; code <= 17; ++code) {
+        EXPECT_EQ(wdFormatError("", 1, code, text_.data(), text_.size()), WD_DB_OK);
+        names += text_.data() + strlen(" (1) :");
+    }
+    EXPECT_EQ(names,
+              " WD_DB_OK WD_FILE_NOT_FOUND WD_INV_FD_DESC WD_READ_ERR WD_NULL_POINTER "
+              "WD_WRITE_ERROR WD_IOCTL_ERROR WD_IOCTL_MMCINFO WD_IOCTL_LSEEK WD_INV_ENTRY "
+              "WD_INV_FILE_IO WD_INV_FILE_SIZE WD_ERASE_ERROR WD_CMP_FAILED WD_DEV_NOT_MATCHED "
+              "WD_INV_MATCH_SIZE WD_VERIFICATION_FAILED UNKNOWN");
 }
 
 TEST_F(WatchdogTest, OtherBiteTimesAreRefusedAndStopWritesAWholeZero) {
