@@ -116,8 +116,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     if (arguments.interactive) {
-        RunInteractive(terminal.get(), printer);
-        return 0;
+        return RunInteractive(terminal.get(), printer) ? 0 : 1;
     }
     return TellStory(arguments, terminal.get(), printer);
 }

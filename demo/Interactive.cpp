@@ -1,5 +1,6 @@
 #include "demo/Interactive.h"
 
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -56,11 +57,19 @@ std::string QueryStatus(Terminal* terminal) {
     return "";
 }
 
-// For scripts: what follows happens to a Keldra that is well. The recovery is one that came after
-// the last other command.
+// In a pipe, the next word waits for its turn.
+bool IsKeyPressed() {
+    pollfd keys = {STDIN_FILENO, POLLIN, 0};
+    return isatty(STDIN_FILENO) != 0 && poll(&keys, 1, 0) > 0;
+}
+
+// Lets a script cause the next fault in a Keldra that is well: waits for a recovery after the last
+// other command. Any key ends it.
 std::string WaitForRecovery(Terminal* terminal) {
-    const bool well = terminal->Await(Source::kLog, "started responding again", 60).has_value();
-    return well ? "" : "Keldra has not recovered within 60 s";
+    terminal->GiveUpWhen([] { return interrupted != 0 || IsKeyPressed(); });
+    const bool isWell = terminal->Await(Source::kLog, "started responding again", 60).has_value();
+    terminal->GiveUpWhen([] { return interrupted != 0; });
+    return isWell ? "" : "Keldra has not recovered yet";
 }
 
 const std::vector<Command>& Commands() {
@@ -90,59 +99,73 @@ void Help(const Printer& printer) {
     }
 }
 
-void Obey(const Command& command, Terminal* terminal, const Printer& printer) {
-    printer.Line("> " + command.word, Colour::kBold);
-    if (command.word != "wait") {
-        terminal->Mark();
-    }
-    const std::string obstacle =
-        command.run ? command.run(terminal) : Cause(terminal, command.word);
-    if (!obstacle.empty()) {
-        printer.Line("not possible: " + obstacle, Colour::kYellow);
-    }
-}
-
-// Carries out a key or a word. False when the user wants to go.
-bool Take(const std::string& input, Terminal* terminal, const Printer& printer) {
+// Carries out a key or a word. False if that is not possible.
+bool Obey(const std::string& input, Terminal* terminal, const Printer& printer) {
     const auto& all = Commands();
     const auto command = std::find_if(all.begin(), all.end(), [&](const Command& c) {
         return input == c.word || input == c.key;
     });
-    if (command == all.end() ? !input.empty() : command->word == "help") {
-        Help(printer);
-    } else if (command != all.end() && command->word != "quit") {
-        Obey(*command, terminal, printer);
+    if (command == all.end()) {
+        printer.Line("unknown command '" + input + "'; '?' lists the commands", Colour::kYellow);
+        return false;
     }
-    return command == all.end() || command->word != "quit";
+    if (command->word == "help") {
+        Help(printer);
+        return true;
+    }
+    printer.Line("> " + command->word, Colour::kBold);
+    if (command->word != "wait") {
+        terminal->Mark();
+    }
+    const std::string obstacle =
+        command->run ? command->run(terminal) : Cause(terminal, command->word);
+    if (!obstacle.empty()) {
+        printer.Line("not possible: " + obstacle, Colour::kYellow);
+    }
+    return obstacle.empty();
+}
+
+// Reads some input and appends it, each key as a line. False at the end of the input.
+bool Read(bool isKeys, std::string* text) {
+    std::array<char, 256> chunk = {};
+    const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
+    if (isKeys && chunk[0] == '\x1b') {
+        *text += "^[\n";  // an arrow, for example, which comes as several characters
+        return true;
+    }
+    for (ssize_t i = 0; i < count; ++i) {
+        *text += chunk[static_cast<size_t>(i)];
+        *text += isKeys ? "\n" : "";
+    }
+    *text += count > 0 ? "" : "\n";  // a last line may lack its end
+    return count > 0;
 }
 
 }  // namespace
 
-void RunInteractive(Terminal* terminal, const Printer& printer) {
+bool RunInteractive(Terminal* terminal, const Printer& printer) {
     Help(printer);
     const SingleKeys keys;
     (void)signal(SIGINT, [](int) { interrupted = 1; });
     (void)signal(SIGTERM, [](int) { interrupted = 1; });
+    terminal->GiveUpWhen([] { return interrupted != 0; });
     std::string text;
-    bool open = true;
-    while (open && interrupted == 0) {
+    bool isOpen = true;
+    bool isDone = true;
+    while (isOpen && interrupted == 0) {
         if (!terminal->Pump(1000, STDIN_FILENO)) {
             continue;
         }
-        std::array<char, 256> chunk = {};
-        const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
-        open = count > 0;
-        for (ssize_t i = 0; i < count; ++i) {
-            text += chunk[static_cast<size_t>(i)];
-            text += keys.Active() ? "\n" : "";
-        }
-        text += open ? "" : "\n";  // a last line may lack its end
+        isOpen = Read(keys.Active(), &text);
         for (size_t end = 0; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
-            if (!Take(text.substr(0, end), terminal, printer)) {
-                return;
+            const std::string input = text.substr(0, end);
+            if (input == "x" || input == "quit") {
+                return isDone || keys.Active();
             }
+            isDone = (input.empty() || Obey(input, terminal, printer)) && isDone;
         }
     }
+    return isDone || keys.Active();
 }
 
 }  // namespace Demo
