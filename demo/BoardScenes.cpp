@@ -17,8 +17,8 @@ namespace {
 constexpr double kBiteSeconds = 300;
 const std::string kMonitor = Terminals::kMonitorProgram;
 
-// Runs a script on the board. Returns what is wrong, unless it ends with the status, and with the
-// answer somewhere in its output.
+// Runs a script on the board. Returns "" if it ends with the status and its output contains the
+// answer, or else what is wrong.
 std::string Obey(Terminal* board, const std::string& script, const std::string& answer = "",
                  int status = 0) {
     const auto result = board->RunScript(script);
@@ -37,7 +37,7 @@ Scene::Action Script(const std::string& script) {
     return [script](Terminal* board) { return Obey(board, script); };
 }
 
-// On the board's own clock.
+// By the board's clock.
 double Uptime(Terminal* board) {
     return strtod(board->RunScript("read up rest </proc/uptime; echo $up").output.c_str(), nullptr);
 }
@@ -56,9 +56,9 @@ bool IsArmedBetween(const Terminal& board, const std::string& begin, const std::
     return find(first, last, kArmed) != last;
 }
 
-// All in one script: the board does not wait for a slow host. The script reports through the
-// kernel's log, as the watchdog does, so that the order of both is certain. The first check comes
-// 0.38 s or more after the start.
+// One script does all of it, so the board does not wait for a slow host. The script reports through
+// the kernel's log, like the watchdog, so the order of their lines is certain. The first check
+// comes at least 0.38 s after the start.
 Scene Takeover(unsigned period, const std::shared_ptr<double>& handedOver) {
     const auto report = [](const std::string& text) {
         return "echo '<5>init " + text + "' >/dev/kmsg\n";
@@ -119,7 +119,7 @@ Scene InitScript(unsigned period) {
     return {"init script", "stop, status, start, restart", "each as it should", play, {}, nullptr};
 }
 
-// Keldra's launcher waits until the script has sent all signals.
+// The script lets Keldra's launcher go on after it has sent all signals.
 Scene SignalStorm() {
     const std::string waits = Terminals::kKeldraWaits;
     const std::string script =
@@ -156,7 +156,7 @@ Scene LaterYears(double patience) {
     return {"year 2040", "no strike, -i answers twice", "answers twice", play, {}, nullptr};
 }
 
-// Without the new daemon, what the old one left armed would have bitten by now.
+// Without the new daemon, the watchdog as the old one armed it would have bitten by then.
 Scene DeadlinePasses(unsigned divisor, const std::shared_ptr<double>& handedOver) {
     const auto wait = [=](Terminal* board) {
         const double rest = *handedOver + kBiteSeconds / divisor - Uptime(board);
@@ -192,7 +192,7 @@ Scene StoppedDaemon() {
 }  // namespace
 
 std::vector<Scene> BoardScenes(unsigned divisor, unsigned period, double patience) {
-    // When the old daemon armed the watchdog for the last time, or somewhat later.
+    // A moment shortly after the last arming by the old daemon.
     const auto handedOver = std::make_shared<double>(0);
     return {Takeover(period, handedOver),
             InitScript(period),

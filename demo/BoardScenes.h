@@ -6,9 +6,9 @@
 
 namespace Demo {
 
-// What only a machine of its own can show of the daemon: scenes for a board whose watchdog bites
-// `divisor` times sooner than it says, and whose daemon has a heartbeat timeout of `period`
-// seconds. The last of them ends on the backup partition.
+// Scenes that only the board can show. Its watchdog bites `divisor` times earlier than it says, and
+// the heartbeat timeout of its daemon is `period` seconds. The last scene ends on the backup
+// partition.
 std::vector<Scene> BoardScenes(unsigned divisor, unsigned period, double patience);
 
 }  // namespace Demo

@@ -1,5 +1,5 @@
-// Shows the daemon at work in a simulated terminal: a fixed story, or whatever the user wants to
-// happen. Exit status: 0 as expected, 1 something else was seen, 2 wrong use, 3 no terminal here.
+// Shows the daemon at work on a terminal: tells a fixed story, or carries out the user's commands.
+// Exit status: 0 as expected, 1 something else was seen, 2 wrong use, 3 no terminal here.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -20,7 +20,7 @@ namespace {
 using namespace Demo;
 using namespace Terminals;
 
-// What the user asked for, checked by scripts/demo.
+// The options of scripts/demo, which has checked them.
 struct Arguments {
     bool interactive = false;
     std::string keldra;
@@ -28,8 +28,8 @@ struct Arguments {
     std::string times;
     bool target = false;
 
-    // So many times sooner than it says the board's watchdog bites: the longer the heartbeat
-    // timeout, the less, for a check is to come well before the bite.
+    // The board's watchdog bites this many times earlier than it says. With a longer heartbeat
+    // timeout it is less, so that a check still comes well before the bite.
     unsigned Divisor() const { return std::max(1U, 20 / heartbeat); }
 };
 
@@ -67,7 +67,7 @@ std::unique_ptr<Terminal> Build(const Arguments& arguments) {
 }
 
 int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
-    // Far beyond what any step needs: a slow machine is late, not wrong.
+    // Much longer than any step takes, even on a slow host.
     const double patience = 45 + 4.0 * arguments.heartbeat + 300.0 / arguments.Divisor();
     auto scenes = LifeOfATerminal(patience);
     if (arguments.target) {

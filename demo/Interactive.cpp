@@ -19,7 +19,8 @@ using namespace Terminals;
 
 volatile std::sig_atomic_t interrupted = 0;
 
-// Keys arrive at once and unseen while this exists. Ctrl-C still works.
+// While this exists, the terminal passes on each key at once and does not show it. Ctrl-C still
+// works.
 class SingleKeys {
 public:
     SingleKeys() {
@@ -48,7 +49,7 @@ struct Command {
     std::string key;
     std::string word;
     const char* help;
-    // Returns "" or the reason why it could not be done; without one the word is a fault's.
+    // Returns "", or the reason for which it failed. If empty, `word` names a fault.
     std::function<std::string(Terminal*)> run = nullptr;
 };
 
@@ -57,14 +58,14 @@ std::string QueryStatus(Terminal* terminal) {
     return "";
 }
 
-// In a pipe, the next word waits for its turn.
+// False for a pipe: there the next word waits for its turn.
 bool IsKeyPressed() {
     pollfd keys = {STDIN_FILENO, POLLIN, 0};
     return isatty(STDIN_FILENO) != 0 && poll(&keys, 1, 0) > 0;
 }
 
-// Lets a script cause the next fault in a Keldra that is well: waits for a recovery after the last
-// other command. Any key ends it.
+// Waits for a recovery after the last other command, so that a script can cause the next fault in a
+// Keldra that is well. Any key ends it.
 std::string WaitForRecovery(Terminal* terminal) {
     terminal->GiveUpWhen([] { return interrupted != 0 || IsKeyPressed(); });
     const bool isWell = terminal->Await(Source::kLog, "started responding again", 60).has_value();
@@ -125,7 +126,7 @@ bool Obey(const std::string& input, Terminal* terminal, const Printer& printer) 
     return obstacle.empty();
 }
 
-// Reads some input and appends it, each key as a line. False at the end of the input.
+// Appends some input, each key as a line. False at the end of the input.
 bool Read(bool isKeys, std::string* text) {
     std::array<char, 256> chunk = {};
     const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());

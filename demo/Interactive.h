@@ -5,8 +5,8 @@
 
 namespace Demo {
 
-// Lets the user cause each fault, by single keys on a terminal and by lines from a pipe, until a
-// "quit" or the end of the input. False if a line from a pipe could not be obeyed.
+// Carries out the user's commands, single keys on a terminal or lines from a pipe, until "quit" or
+// the end of the input. False if a line from a pipe failed.
 bool RunInteractive(Terminals::Terminal* terminal, const Printer& printer);
 
 }  // namespace Demo

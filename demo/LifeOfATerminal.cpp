@@ -26,7 +26,7 @@ bool IsStrike(const Event& event) {
     return event.source == Source::kLog && event.text.find("Strike ") == 0;
 }
 
-// Whether the daemon has found Keldra faulty and not yet well again.
+// Whether the last news of Keldra is a strike.
 bool HasStruck(const Terminal& terminal) {
     const auto& events = terminal.Events();
     const auto last = std::find_if(events.rbegin(), events.rend(), [](const Event& e) {
@@ -35,8 +35,8 @@ bool HasStruck(const Terminal& terminal) {
     return last != events.rend() && IsStrike(*last);
 }
 
-// After a stall, overdue checks follow at once, and the second of them is a strike: it may end the
-// very Keldra that the fault is meant for. Then the next one that is well gets it.
+// After a stall of the host, overdue checks follow at once, and the second of them is a strike. It
+// may end the Keldra that has just got the fault; then the next one that is well gets it, too.
 Scene::Action Fault(const std::string& fault, double patience,
                     std::string (*change)(Terminal*) = nullptr) {
     return [=](Terminal* terminal) {
@@ -56,7 +56,7 @@ Scene::Action Fault(const std::string& fault, double patience,
     };
 }
 
-// Changes something so that the next start fails, and lets Keldra crash if it runs.
+// Makes the next start fail, and lets Keldra crash if it runs.
 Scene::Action Crash(std::string (*change)(Terminal*)) {
     return [=](Terminal* terminal) {
         const std::string obstacle = change(terminal);
@@ -65,7 +65,7 @@ Scene::Action Crash(std::string (*change)(Terminal*)) {
     };
 }
 
-// The backup file's name begins with the primary file's.
+// Compares the whole line: the name of the backup file begins with that of the primary file.
 std::string StartedWithPrimaryOptions(Terminal* terminal) {
     const auto& events = terminal->Events();
     const auto start = std::find_if(events.rbegin(), events.rend(), [](const Event& e) {

@@ -29,7 +29,7 @@ constexpr struct {
     {Source::kInit, "init", Colour::kDim},
 };
 
-// Log lines that a reader looks for, by what they contain.
+// Parts of the lines that a reader looks for.
 constexpr struct {
     const char* part;
     Colour colour;
@@ -48,8 +48,8 @@ Colour ColourOf(const std::string& text, Colour usual) {
     return usual;
 }
 
-// The text, broken at blanks, and within words that are too long for that, so that it stays within
-// the width behind its column.
+// Breaks the text at blanks, and within words that are too long, so that it fits between its column
+// and the width.
 std::string Wrap(const std::string& text, size_t width) {
     std::string result;
     std::istringstream words(text);
@@ -89,7 +89,7 @@ size_t Printer::Width() const {
 }
 
 std::string Printer::In(Colour colour, const std::string& text) const {
-    // Of the 256 colours those whose contrast is about the same on black and on white.
+    // These of the 256 colours have about the same contrast on black and on white.
     static constexpr const char* kCodes[] = {
         "", "38;5;243", "1", "38;5;196", "38;5;28", "38;5;130", "38;5;63", "38;5;164", "38;5;30"};
     const char* code = kCodes[static_cast<int>(colour)];

@@ -8,19 +8,19 @@ namespace Demo {
 
 enum class Colour { kPlain, kDim, kBold, kRed, kGreen, kYellow, kBlue, kMagenta, kCyan };
 
-// Shows what happens, line by line as it comes: in colours and as wide as the terminal, from 60
-// columns on; as plain text of 100 columns in a pipe.
+// Prints events line by line. On a terminal it uses colours and its width, from 60 to 100 columns.
+// In a pipe it prints plain text of 100 columns.
 class Printer {
 public:
     Printer();
 
-    // Events that repeat all the time are left out.
+    // Prints nothing for a routine event.
     void Show(const Terminals::Event& event) const;
     void Heading(const std::string& text) const;
-    // Indented text of any number of lines, as a program printed it.
+    // Prints the output of a program, indented.
     void Quote(const std::string& text) const;
     void Line(const std::string& text, Colour colour = Colour::kPlain) const;
-    // The text in the colour, for a part of a line.
+    // The text in that colour, for a part of a line.
     std::string In(Colour colour, const std::string& text) const;
     size_t Width() const;
 

@@ -8,12 +8,12 @@
 
 namespace Demo {
 
-// The story's results, as a table; what was expected is left out where the terminal is too narrow
-// for it. A heartbeat period is given in seconds.
+// Prints the results of the story as a table, without the column "expected" on a narrow terminal.
+// The heartbeat period is in seconds.
 void PrintTable(const Printer& printer, const std::vector<Situation>& situations, unsigned period);
 
-// The same for a program: a heading, then one line per situation, separated by tabs. False when
-// the file cannot be written.
+// Writes the same for programs: a heading, then a line for each situation, separated by tabs. False
+// if the file cannot be written.
 bool WriteTimes(const std::string& path, const std::vector<Situation>& situations, unsigned period);
 
 }  // namespace Demo

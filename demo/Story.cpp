@@ -15,7 +15,7 @@ bool Story::Tell(const std::vector<Scene>& scenes) {
 
 bool Story::Play(const Scene& scene) {
     printer_->Heading(scene.name + ": " + scene.expected);
-    // The cold start counts from the moment at which the terminal was switched on.
+    // The time of the cold start counts from switching on.
     const bool first = situations_.empty();
     Situation& situation = situations_.emplace_back();
     situation.name = scene.name;

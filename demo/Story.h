@@ -12,7 +12,7 @@ namespace Demo {
 using Terminals::Source;
 using Terminals::Terminal;
 
-// An event that a scene waits for, and what its time tells.
+// An event for which a scene waits, and the meaning of its time.
 struct Step {
     enum class Tells { kNothing, kDetected, kRecovered };
     Source source;
@@ -22,19 +22,19 @@ struct Step {
 
 // A situation that the daemon guards against.
 struct Scene {
-    // Returns "", or what stands in the way.
+    // Returns "", or the reason for which it failed.
     using Action = std::function<std::string(Terminal*)>;
 
     std::string name;
     std::string expected;
-    std::string seen;  // told when everything came
+    std::string seen;  // shown if everything came
     Action cause;      // may be empty
     std::vector<Step> steps;
     Action check = nullptr;      // after the steps; may be empty
-    bool ordersStandIn = false;  // skipped with a Keldra of the user's own
+    bool ordersStandIn = false;  // skipped with the user's own Keldra
 };
 
-// How one scene went. Times are seconds from the fault, negative when the scene has none.
+// The result of one scene. Times are seconds from the fault, negative if the scene has none.
 struct Situation {
     std::string name;
     std::string expected;
@@ -44,14 +44,15 @@ struct Situation {
     double recoverSeconds = -1;
 };
 
-// Plays scenes, on a terminal on which the daemon has just been started, and keeps what was seen.
-// Each step is waited for, at most `patience` seconds; the first surprise ends the story.
+// Plays scenes on a terminal on which the daemon has just been started, and keeps their results. A
+// step may take `patience` seconds; the first surprise, or an unexpected end of the daemon, ends
+// the story.
 class Story {
 public:
     Story(Terminal* terminal, const Printer* printer, double patience)
         : terminal_(terminal), printer_(printer), patience_(patience) {}
 
-    // Returns true when everything came as expected.
+    // Returns true if everything came as expected.
     bool Tell(const std::vector<Scene>& scenes);
 
     const std::vector<Situation>& Situations() const { return situations_; }

@@ -5,8 +5,8 @@
 namespace Terminals {
 namespace {
 
-// Runs a command of the shell for every process of that name, whose PID is then $pid, after saying
-// what happens unless `note` is empty.
+// Adds the note, unless it is empty, and runs a shell command for every process of that name, with
+// its PID in $pid.
 std::string ForEach(Terminal* terminal, const std::string& name, const std::string& command,
                     const std::string& note) {
     const std::string pids = terminal->Pids(name);
@@ -20,8 +20,8 @@ std::string ForEach(Terminal* terminal, const std::string& name, const std::stri
     return "";
 }
 
-// Returns when a stand-in obeys. The one that was ordered first may have been ended by the daemon;
-// then the next one is.
+// Returns when a stand-in obeys. The daemon may end the one that got the order first, so the order
+// is repeated to the present one.
 std::string Order(Terminal* terminal, const std::string& fault) {
     const auto order = [&] {
         return ForEach(terminal, "keldra", "echo " + fault + " >" + kKeldraOrder + "$pid", "");
@@ -62,7 +62,7 @@ std::string KillSshd(Terminal* terminal) {
 }
 
 std::string RefuseToStart(Terminal* terminal) {
-    // Without the right to be executed, no program starts.
+    // The user's own program is made not executable.
     return Change(terminal, "from now on Keldra cannot start",
                   terminal->HasStandInKeldra() ? std::string("echo 3 >") + kKeldraRefuses
                                                : std::string("chmod 0 ") + kKeldraProgram);

@@ -6,20 +6,20 @@
 
 namespace Terminals {
 
-// Each of these returns "" or the reason why it could not be done.
+// Each function returns "", or the reason for which it failed.
 
 // Makes the running Keldra misbehave: "hang", "crash", "error", "short" (heartbeat file),
-// "missing" (heartbeat file), "ignore" (SIGQUIT). A Keldra that is started later is well again.
-// The user's own program can only be stopped (for a hang) and killed (for a crash).
+// "missing" (heartbeat file), "ignore" (SIGQUIT). The next Keldra that is started works again.
+// The user's own program can only be stopped ("hang") and killed ("crash").
 std::string Cause(Terminal* terminal, const std::string& fault);
 // Kills every sshd.
 std::string KillSshd(Terminal* terminal);
 
-// Lasting until `Repair`: no Keldra can be started; the stand-in then exits with status 3.
+// Until `Repair`, no Keldra can be started; the stand-in exits with status 3.
 std::string RefuseToStart(Terminal* terminal);
-// Lasting until `Repair`: the stand-in does not start with the primary options file.
+// Until `Repair`, the stand-in does not start with the primary options file.
 std::string DamagePrimaryOptions(Terminal* terminal);
-// Ends what lasts.
+// Ends both.
 std::string Repair(Terminal* terminal);
 
 }  // namespace Terminals

@@ -29,7 +29,7 @@ namespace {
     (void)dup2(output, 2);
     (void)close_range(3, ~0U, 0);
     // With a limit of one byte, a crash in the terminal does not reach the crash handler of the
-    // host; with a limit of none it would.
+    // host. With a limit of zero it does.
     const rlimit noDump = {1, 1};
     (void)setrlimit(RLIMIT_CORE, &noDump);
     (void)execvpe(command[0], command, const_cast<char**>(kEnvironment));

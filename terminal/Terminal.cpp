@@ -49,7 +49,7 @@ CommandResult Terminal::StartMonitor(const std::vector<std::string>& arguments) 
     monitorArguments_ = arguments;
     const size_t before = events_.size();
     CommandResult result = Run(MonitorCommand(arguments));
-    // A shell takes an empty file for a script that succeeds.
+    // For a shell, an empty program file is a script that succeeds.
     if (result.status == 0 && Pids("keldra_monitor").empty() && MonitorEnds(before).empty()) {
         result = {-1, result.output + "no process is called keldra_monitor"};
     }
@@ -127,7 +127,7 @@ void Terminal::Take(const std::string& datagram) {
     }
     for (const auto& reporter : kReporters) {
         if (who == reporter.who) {
-            // Every process ends some time; the daemon's end is news.
+            // Of all processes, only the daemon should never end.
             const bool routine =
                 reporter.source == Source::kInit && what.rfind("keldra_monitor ", 0) != 0;
             Add({0, reporter.source, -1, routine, what});

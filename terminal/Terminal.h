@@ -25,12 +25,11 @@ struct CommandResult {
     std::string output;  // standard output and standard error
 };
 
-// A terminal on which the daemon runs unmodified, whatever it is made of: orders go in, events
-// come out.
+// A terminal on which the daemon runs unmodified: orders go in, events come out.
 //
-// Nothing happens behind the caller's back: events are taken in, and a bite of the watchdog ends
-// in a reboot, only during `Pump`, `Await` and `Run`. After the reboot the daemon is started with
-// the same arguments again. To be used from one thread of a process with no other.
+// Events are added, and a bite of the watchdog causes a reboot, only during `Pump`, `Await` and
+// `Run`. After the reboot the daemon is started with the same arguments again. The process must
+// have only one thread.
 class Terminal {
 public:
     using Listener = std::function<void(const Event&)>;
@@ -40,25 +39,25 @@ public:
     Terminal& operator=(const Terminal&) = delete;
     virtual ~Terminal() = default;
 
-    // Runs a program inside as root and waits for its end, not for what it left in background.
+    // Runs a program inside as root and waits for its end, but not for its background processes.
     virtual CommandResult Run(const std::vector<std::string>& command) = 0;
-    // Takes in what has happened, waiting at most so long for something. Returns true when
-    // `input`, if given, can be read.
+    // Adds the events that have happened; without any, waits at most this time for one. Returns
+    // true if the descriptor `input` can be read.
     virtual bool Pump(int timeoutMs, int input = -1) = 0;
-    // The command line that runs the daemon's program, preceded by what it needs here.
+    // The command line that runs the daemon on this kind of terminal.
     virtual std::vector<std::string> MonitorCommand(
         const std::vector<std::string>& arguments) const;
-    // False when Keldra is a program of the user's, which takes no orders.
+    // False if Keldra is the user's own program, which takes no orders.
     virtual bool HasStandInKeldra() const { return true; }
-    // What it is, in a line for the user.
+    // What kind of terminal this is, for the user.
     virtual std::string Description() const = 0;
 
-    // Boots from the main partition, without the daemon. False with the reason on failure.
+    // Boots from the main partition, without the daemon. False, with the reason, on failure.
     bool PowerOn(std::string* reason);
-    // Starts the daemon as the terminal's boot does. Returns when the launched process has ended,
-    // with a status other than 0 if it leaves no daemon behind.
+    // Starts the daemon as the terminal's boot does. Returns when the launched process has ended;
+    // the status is not 0 if no daemon runs then.
     CommandResult StartMonitor(const std::vector<std::string>& arguments);
-    // Runs a script inside, by /bin/sh, with nothing but the shell's own commands to rely on.
+    // Runs a script inside, by /bin/sh. Only the shell's built-in commands are certain to exist.
     CommandResult RunScript(const std::string& script) { return Run({"/bin/sh", "-c", script}); }
 
     // The PIDs inside with this command name, separated by blanks.
@@ -66,35 +65,34 @@ public:
 
     // Called with every event as it comes.
     void SetListener(Listener listener) { listener_ = std::move(listener); }
-    // Waits for an event of the source whose text contains `text`. Every event of a source is
-    // looked at once: the search begins after the source's last one found, or after `Mark`.
+    // Waits for an event of the source whose text contains `text`. Each event is looked at once:
+    // the search begins after the last event found for this source, or after `Mark`.
     std::optional<Event> Await(Source source, const std::string& text, double seconds);
     // From now on `Await` gives up as soon as this returns true.
     void GiveUpWhen(std::function<bool()> isHopeless) { isHopeless_ = std::move(isHopeless); }
     bool IsHopeless() const { return isHopeless_ && isHopeless_(); }
-    // Takes in everything up to now and lets `Await` begin behind it.
+    // Adds the events up to now; `Await` then ignores all of them.
     void Mark();
-    // Adds an event of the simulator's own.
+    // Adds an event of the simulator.
     void Note(const std::string& text) { Add({0, Source::kSimulator, -1, false, text}); }
     const std::vector<Event>& Events() const { return events_; }
-    // The news of init from that event on: each tells why the daemon no longer runs.
+    // Reports of init, from that event on, that the daemon has ended or could not be started.
     std::vector<std::string> MonitorEnds(size_t from) const;
-    // Since the terminal was first switched on, reboots included.
+    // Since the terminal was first switched on; a reboot does not reset it.
     double Seconds() const;
 
 protected:
-    // Switches off what runs, and boots. False with the reason on failure.
+    // Switches off a running terminal, and boots. False, with the reason, on failure.
     virtual bool Boot(std::string* reason) = 0;
-    // After a bite: boots from the backup partition, and starts the daemon as it was started
-    // before.
+    // Boots from the backup partition after a bite, and starts the daemon as before.
     void Reboot();
-    // For `Take`, a text of the watchdog's; by default an event with that text.
+    // Handles a report of the watchdog; by default it becomes an event.
     virtual void TakeWatchdog(const std::string& text) { AddWatchdog(text); }
 
-    // Takes in a datagram that came to the terminal's syslog: a log line, "<30>Nov 22 10:00:00
-    // keldra_monitor: text", or a report of a stand-in, "keldra hangs now".
+    // Handles a datagram that came to the terminal's syslog socket: a log line, "<30>Nov 22
+    // 10:00:00 keldra_monitor: text", or a report of a stand-in, "keldra hangs now".
     void Take(const std::string& datagram);
-    // Armed anew with the same time is routine.
+    // A text that the watchdog repeats is routine.
     void AddWatchdog(const std::string& text);
     void Add(Event event);
 

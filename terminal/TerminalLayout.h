@@ -11,20 +11,20 @@ constexpr char kPrimaryOptions[] = "/sysopt/config/sat_router/keldra.json";
 constexpr char kBackupOptions[] = "/sysopt/config/sat_router/keldra.json.bak";
 constexpr char kFactoryOptions[] = "/sysopt/factory/keldra_factory.json";
 
-// What the simulator adds.
+// Files that the simulator adds.
 constexpr char kRedirectLibrary[] = "/run/simulator/libcpld_redirect.so";
-// Beside log lines, the syslog socket takes in what the stand-ins and the redirect library have
-// to report: who, a blank, what. One socket for all keeps everything in its order.
+// Receives log lines, and reports of the stand-ins and the redirect library: the name of the
+// sender, a blank, a text. One socket for all keeps them in order.
 constexpr char kSyslogSocket[] = "/dev/log";
-// What the first process writes when it runs.
+// Written by the first process as soon as it runs.
 constexpr char kFirstProcessRuns[] = "the first process runs\n";
-// Watches the launcher of a Keldra of the user's.
+// Watches the launcher of the user's own Keldra.
 constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
-// A file of this name with the PID appended orders that Keldra to misbehave.
+// A file with this name and the PID appended orders that Keldra to misbehave.
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";
-// While this holds anything, a Keldra that is started waits.
+// While this file is not empty, a starting Keldra waits.
 constexpr char kKeldraWaits[] = "/run/simulator/keldra.waits";
-// While this holds an exit status, the stand-in Keldra fails with it.
+// While this file has an exit status, a starting stand-in Keldra fails with it.
 constexpr char kKeldraRefuses[] = "/run/simulator/keldra.fails";
 
 }  // namespace Terminals

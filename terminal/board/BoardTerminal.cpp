@@ -17,27 +17,26 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Far beyond what any of it takes: a slow workstation is slow, not wrong.
+// Much longer than either takes, even on a slow host.
 constexpr std::chrono::seconds kBootPatience{120};
-constexpr std::chrono::seconds kCommandPatience{600};  // one sleeps until a bite is due
+constexpr std::chrono::seconds kCommandPatience{600};  // one command sleeps until a bite is due
 constexpr size_t kLinesKept = 2000;                    // in characters
 
-// What stands on the console before what its kernel, the driver, terminal/board/init and the daemon
-// say.
+// The beginnings of the lines of the kernel, the driver, terminal/board/init and the daemon.
 constexpr char kBanner[] = "Linux version ";
 constexpr char kWatchdog[] = "cpld_watchdog: ";
 constexpr char kOutput[] = "board: ";
 constexpr char kEnd[] = "board ";  // the exit status
 constexpr char kDaemon[] = "keldra_monitor: ";
 
-// Takes the beginning off the text, if it has it.
+// Removes the beginning from the text. False if the text begins otherwise.
 bool TakeOff(const std::string& beginning, std::string* text) {
     const bool has = text->compare(0, beginning.size(), beginning) == 0;
     text->erase(0, has ? beginning.size() : 0);
     return has;
 }
 
-// A word as the shell takes it.
+// A word, quoted for the shell.
 std::string Quote(const std::string& word) {
     std::string quoted;
     for (const char c : word) {
@@ -46,7 +45,7 @@ std::string Quote(const std::string& word) {
     return "'" + quoted + "' ";
 }
 
-// Appends what has come. False when the machine is off.
+// Appends everything that can be read. False if the machine is off.
 bool Receive(int fd, std::string* text) {
     std::array<char, 4096> chunk = {};
     ssize_t count = 0;
@@ -111,7 +110,7 @@ CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
     script += "\n---\n";
     result_ = {};
     hasEnded_ = false;
-    // Far shorter than what the socket holds.
+    // A script is far shorter than the socket's buffer.
     if (send(console_, script.data(), script.size(), MSG_NOSIGNAL) !=
         static_cast<ssize_t>(script.size())) {
         return result_;
@@ -136,7 +135,7 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
         }
         if (!isOn) {
             SwitchOff();
-            if (isUp_) {  // otherwise it was booting, and that has failed
+            if (isUp_) {  // otherwise the boot has failed
                 Reboot();
             }
         }
@@ -165,9 +164,9 @@ void BoardTerminal::TakeConsole(const std::string& line) {
     } else if (kernel_.empty() && TakeOff(kBanner, &text)) {
         kernel_ = text.substr(0, text.find(' '));
     } else if (TakeOff(kDaemon, &text)) {
-        Take("<29>Jan  1 00:00:00 " + (kDaemon + text));  // as it came to the board's syslog
+        Take("<29>Jan  1 00:00:00 " + (kDaemon + text));  // the form in which it came to syslog
     } else {
-        Take(text);  // a report, or one of the kernel's lines, which is none
+        Take(text);  // a report of a stand-in; other lines of the kernel are ignored
     }
 }
 

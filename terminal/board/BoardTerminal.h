@@ -8,20 +8,21 @@
 
 namespace Terminals::Board {
 
-// A terminal that is a machine of its own: another processor, another kernel, and a watchdog whose
-// bite restarts it. After a restart it is on its backup partition: the image as it was made.
+// A terminal that is an emulated machine: another processor, another kernel, and a watchdog whose
+// bite restarts it. After a restart it counts as booted from its backup partition, the unchanged
+// image.
 class BoardTerminal : public Terminal {
 public:
-    // The directory holds what terminal/board/make-image makes. The watchdog bites so many times
-    // sooner than it says.
+    // The directory has the files of terminal/board/make-image. The watchdog bites `divisor` times
+    // earlier than its messages say.
     BoardTerminal(const std::filesystem::path& directory, unsigned divisor)
         : directory_(std::filesystem::absolute(directory)), divisor_(divisor) {}
     ~BoardTerminal() override { SwitchOff(); }
 
-    // -1 as the status, too, when the machine restarts meanwhile.
+    // The status is -1 also if the machine restarts before the command ends.
     CommandResult Run(const std::vector<std::string>& command) override;
     bool Pump(int timeoutMs, int input = -1) override;
-    // Once it is switched on.
+    // Complete only after the first boot.
     std::string Description() const override;
 
 private:
@@ -33,13 +34,13 @@ private:
     std::string directory_;
     unsigned divisor_;
     pid_t emulator_ = -1;
-    int console_ = -1;  // ends when the machine switches itself off, instead of a restart
+    int console_ = -1;  // ends when the machine restarts, which the emulator does not do
     unsigned boots_ = 0;
     std::string kernel_;
-    std::string lastLines_;  // of the kernel
-    std::string text_;       // of the console, that is not yet a line
+    std::string lastLines_;  // of the console, for the reason of a failed boot
+    std::string text_;       // of the console, not yet a whole line
     bool isUp_ = false;
-    bool hasEnded_ = false;  // the running command
+    bool hasEnded_ = false;  // whether the command of `Run` has ended
     CommandResult result_;
 };
 

@@ -1,5 +1,5 @@
-// Boots the board, runs shell commands on it one after the other, shows what they print, and
-// switches it off. Exit status: 0 all of them ended with 0, 1 not all, 2 wrong use, 3 no board.
+// Boots the board, runs shell commands on it one after the other, prints their output, and switches
+// the board off. Exit status: 0 all commands succeeded, 1 one failed, 2 wrong use, 3 no board.
 #include <iostream>
 
 #include "terminal/board/BoardTerminal.h"

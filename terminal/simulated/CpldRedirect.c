@@ -1,6 +1,5 @@
 /* Preloaded into the daemon: redirects opens of the board's watchdog files, which no host has, to
- * the simulated terminal's own. Everything else passes unchanged. The calls go straight to the
- * kernel, so nothing has to be looked up. */
+ * the simulated terminal's own. Other opens pass unchanged. Both call the kernel directly. */
 #include "terminal/simulated/CpldRedirect.h"
 
 #include <errno.h>

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 namespace Terminals::Simulated {
 namespace {
 
-// The path of a file in memory that this process has open.
+// A path, for other processes as well, of a file in memory that this process has open.
 std::string PathOf(int fd) {
     return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(fd);
 }
@@ -35,7 +35,7 @@ SimulatedTerminal::SimulatedTerminal(TerminalOptions options) : options_(std::mo
     const std::string& package = options_.packageDirectory;
     const std::string& keldra = options_.keldraProgram;
     const std::string& library = options_.redirectLibrary;
-    // What `boot` expects, in its order.
+    // The script and its arguments, in the order that it expects.
     Keep(standIns + "boot");
     Keep(package.empty() ? options_.monitorProgram : package + kMonitorProgram);
     Keep(keldra.empty() ? standIns + "stand_in_keldra" : keldra);
@@ -126,7 +126,7 @@ bool SimulatedTerminal::Pump(int timeoutMs, int input) {
     return ready > 0 && fds[1].revents != 0;
 }
 
-// "FILE TEXT": what was written to one of the watchdog's control files.
+// "FILE TEXT": the text was written to that control file of the watchdog.
 void SimulatedTerminal::TakeWatchdog(const std::string& text) {
     const size_t blank = text.find(' ');
     const std::string news =
@@ -148,7 +148,8 @@ void SimulatedTerminal::TakeTime() {
 
 std::vector<std::string> SimulatedTerminal::MonitorCommand(
     const std::vector<std::string>& arguments) const {
-    // The library takes itself out of the environment again: what the daemon starts runs without.
+    // The library removes itself from the environment, so programs that the daemon starts run
+    // without it.
     std::vector<std::string> command = {"/usr/bin/env",
                                         std::string("LD_PRELOAD=") + kRedirectLibrary};
     for (const std::string& word : Terminal::MonitorCommand(arguments)) {
@@ -169,7 +170,7 @@ std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const
         std::getline(std::ifstream(entry.path() / "stat"), line);
         Process process;
         char itsName[16] = "";
-        // Neither of what is not a process nor of one that has just gone.
+        // Other entries, and processes that have just ended, give no such line.
         if (sscanf(line.c_str(), "%d (%15[^)]) %c %d", &process.pid, itsName, &process.state,
                    &process.parent) == 4 &&
             (name.empty() || name == itsName)) {

@@ -12,18 +12,18 @@
 
 namespace Terminals::Simulated {
 
-// What the simulated terminal is made of; paths are the machine's.
+// The parts of a simulated terminal; all paths are paths on the host.
 struct TerminalOptions {
     std::string monitorProgram;  // the daemon
-    // A package of the daemon, unpacked: its program is used in place of monitorProgram, and its
-    // /etc/init.d and /etc/default instead of the machine's. Empty for none.
+    // An unpacked package of the daemon, or "". Its program replaces monitorProgram, and its
+    // /etc/init.d and /etc/default replace those of the host.
     std::string packageDirectory;
-    std::string standInDirectory;  // the programs and scripts that stand in for the terminal's
+    std::string standInDirectory;  // stand-ins for the terminal's programs and scripts
     std::string keldraProgram;     // empty for the stand-in
-    std::string redirectLibrary;   // empty for the one among the stand-ins
+    std::string redirectLibrary;   // empty for the one that reports every write
 };
 
-// A process inside, as its first process sees it.
+// A process inside, with the PIDs that are seen inside.
 struct Process {
     pid_t pid = 0;
     pid_t parent = 0;
@@ -31,12 +31,11 @@ struct Process {
     std::string name;  // the kernel's command name
 };
 
-// A terminal in namespaces of the machine: its root file system in memory, its processes, its
-// syslog and its hardware watchdog. Everything ends with this object, or with the process that
-// has it.
+// A terminal in namespaces of the host. It has a root file system in memory, a process table, a
+// syslog and a hardware watchdog. Everything ends with this object or with its process.
 class SimulatedTerminal : public Terminal {
 public:
-    // Keeps the programs as they are now: a build in between must not change the next boot.
+    // Copies all programs: a build must not change them before the next boot.
     explicit SimulatedTerminal(TerminalOptions options);
     ~SimulatedTerminal() override;
 
@@ -45,12 +44,12 @@ public:
     std::vector<std::string> MonitorCommand(
         const std::vector<std::string>& arguments) const override;
     bool HasStandInKeldra() const override { return options_.keldraProgram.empty(); }
-    std::string Description() const override { return "namespaces of this machine"; }
+    std::string Description() const override { return "namespaces of this host"; }
 
     bool Signal(pid_t pid, int signal);
-    // The machine's path of a file inside; absolute symbolic links inside do not resolve.
+    // The path on the host of a file inside; it does not follow absolute symbolic links inside.
     std::string Path(const std::string& inside) const { return sandbox_.Path(inside); }
-    // The processes inside with this command name, by rising PID; all of them for "".
+    // The processes inside with this command name, or all for "", sorted by PID.
     std::vector<Process> Processes(const std::string& name = "") const;
     const StandInWatchdog& Watchdog() const { return watchdog_; }
 
@@ -63,13 +62,13 @@ private:
     void PowerOff();
 
     TerminalOptions options_;
-    std::vector<int> kept_;  // copies in memory, in the order of the arguments of `boot`
+    std::vector<int> kept_;  // copies in memory: `boot` and the files for it, in order
     Sandbox sandbox_;
     StandInWatchdog watchdog_;
     int syslog_ = -1;
 };
 
-// Writes a file inside anew; false when it cannot.
+// Creates or replaces a file inside. False on failure.
 bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
                  const std::string& content);
 

@@ -5,7 +5,7 @@ namespace {
 
 constexpr unsigned kCountdownLines = 6;
 
-// The lowest byte of each bite time's count at 3.125 MHz.
+// The byte is the lowest one of the count for that bite time, at 3.125 MHz.
 unsigned SecondsOfFirstCounter(const std::string& text) {
     if (text == "0xf0") {
         return 30;
@@ -23,7 +23,7 @@ std::string StandInWatchdog::Write(const std::string& file, const std::string& t
         chosenSeconds_ = SecondsOfFirstCounter(text);
         return chosenSeconds_ != 0 ? "" : "no bite time begins with the byte " + text;
     }
-    // The board is started twice in a row; the first one counts.
+    // The library writes control-all twice for one start; the second write is ignored.
     if (file != "control-all" || chosenSeconds_ == 0) {
         return "";
     }

@@ -5,24 +5,23 @@
 
 namespace Terminals::Simulated {
 
-// Stands in for the board's hardware watchdog: told what is written to its control files, it
-// counts down and bites. All times are seconds on a clock of the caller's.
+// Stands in for the board's hardware watchdog: it gets the writes to the control files, counts down
+// and bites. All times are seconds on the caller's clock.
 class StandInWatchdog {
 public:
-    // `text` was written to the control file. Returns what a reader should know of it, or "".
-    // Only the first counter's value arrives whole: its byte alone tells the bite time.
+    // Handles a write to a control file. Returns a line for the user, or "". Only the value of the
+    // first counter arrives whole: this byte selects the bite time.
     std::string Write(const std::string& file, const std::string& text, double now);
 
-    // Returns the countdown's next line when one is due, or "". A sixth of the bite time passes
-    // between two lines, so that a watchdog that is re-armed in time stays silent. The last line
-    // is the bite itself.
+    // Returns the next line of the countdown if it is due, or "". A line comes every sixth of the
+    // bite time, so a watchdog that is re-armed in time stays silent. The last line is the bite.
     std::string Tick(double now);
 
-    // When `Tick` next has something to say; infinity while not armed.
+    // When `Tick` returns the next line; infinity while not armed.
     double NextLine() const { return nextLine_; }
-    // True from the bite on until the next arming.
+    // True after the bite, until the next arming.
     bool HasBitten() const { return linesLeft_ == 0; }
-    // What it is armed with, 0 before the first arming.
+    // 0 before the first arming.
     unsigned BiteSeconds() const { return biteSeconds_; }
 
 private:

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Tells once that the launcher of the user's own Keldra has not ended for some seconds: the daemon
-# waits for that.
+# Reports once if the launcher of the user's own Keldra has run for some seconds: the daemon waits for its
+# end.
 before=
 while sleep 3; do
     for process in /proc/[0-9]*; do
@@ -9,8 +9,8 @@ while sleep 3; do
         [ "$name $by" = "(keldra) keldra_monitor" ] || continue
         if [ "$pid" = "$before" ]; then
             exec /run/simulator/announce simulator "the launcher of your program (PID $pid) has not" \
-                "ended for some seconds, and the daemon waits for it, supervising nothing: Keldra has" \
-                "to detach itself, as by daemon(3), and its launcher to end with 0"
+                "ended for some seconds. The daemon waits for its end and supervises nothing" \
+                "meanwhile. Keldra must detach itself, as by daemon(3), and its launcher must end with 0"
         fi
         before=$pid
     done

@@ -4,7 +4,7 @@
 
 namespace Terminals {
 
-// Reports to the simulator from inside the terminal: who this is and what happens.
+// Reports an event to the simulator: the name of the sender and a text.
 void Announce(const std::string& who, const std::string& what);
 
 }  // namespace Terminals

@@ -1,5 +1,4 @@
-// Stands in for the terminal's first process: takes in orphaned processes and reports how each
-// ended.
+// Stands in for the terminal's first process: adopts orphaned processes and reports how each ended.
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,14 +16,14 @@ void ReportEnd(const siginfo_t& child) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
     const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
-    // A process that is no longer there has been reported.
+    // Reported before it is reaped: once a process is gone, its report has been sent.
     Terminals::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
     (void)waitpid(child.si_pid, nullptr, 0);
 }
 
 }  // namespace
 
-// Starts the program that its arguments name, if any.
+// Starts the program in its arguments, if there is one.
 int main(int argc, char** argv) {
     if (argc > 1 && fork() == 0) {
         (void)execv(argv[1], argv + 1);
@@ -35,14 +34,14 @@ int main(int argc, char** argv) {
     sigaddset(&ended, SIGCHLD);
     (void)sigprocmask(SIG_BLOCK, &ended, nullptr);
     (void)!write(STDERR_FILENO, Terminals::kFirstProcessRuns, strlen(Terminals::kFirstProcessRuns));
-    // What the simulator still reads from is let go of.
+    // The simulator reads from these pipes until they are closed.
     (void)close_range(0, ~0U, 0);
     (void)open("/dev/null", O_RDWR);
     (void)dup2(0, 1);
     (void)dup2(0, 2);
     while (true) {
         siginfo_t child = {};
-        // Its name can be read only while it is not yet reaped.
+        // The name can be read only before the process is reaped.
         while (waitid(P_ALL, 0, &child, WEXITED | WNOWAIT | WNOHANG) == 0 && child.si_pid != 0) {
             ReportEnd(child);
             child = {};

@@ -1,5 +1,5 @@
 // Stands in for the terminal's main application: detaches, counts up the heartbeat, ends on
-// SIGQUIT, and misbehaves when the simulator orders it to.
+// SIGQUIT, and misbehaves if the simulator orders it to.
 #include <unistd.h>
 
 #include <csignal>
@@ -17,7 +17,7 @@ namespace {
 using namespace Terminals;
 
 constexpr int kRefused = 3;
-// Shorter than the time between two checks of which the first was overdue: the count has changed.
+// Short, so that the count mostly changes even between an overdue check and the next one.
 constexpr timespec kPeriod = {0, 20000000};
 
 const struct {
@@ -31,7 +31,7 @@ const struct {
     {"ignore", "hangs now and ignores SIGQUIT"},
 };
 
-// The exit status for a start that is refused, and why; 0 for one that is not.
+// Returns the exit status of a start that is refused, with the reason, or 0.
 int Objection(const std::string& optionsFile, std::string* why) {
     int status = 0;
     if (std::ifstream(kKeldraRefuses) >> status) {
@@ -43,14 +43,14 @@ int Objection(const std::string& optionsFile, std::string* why) {
     return status;
 }
 
-// Replaces the heartbeat file at once: a reader sees the old count or the new one.
+// Replaces the heartbeat file by a rename: a reader sees the old count or the new one.
 void WriteHeartbeat(uint32_t count, std::streamsize length) {
     const std::string fresh = std::string(kHeartbeatFile) + ".new";
     std::ofstream(fresh, std::ios::binary).write(reinterpret_cast<const char*>(&count), length);
     (void)rename(fresh.c_str(), kHeartbeatFile);
 }
 
-// The simulator's new order to this process; the one before stays in force when there is none.
+// Reads a new order for this process; without one, the last order stays in force.
 void TakeOrder(std::string* order) {
     const std::string path = kKeldraOrder + std::to_string(getpid());
     std::string word;
@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
     if (objection != 0) {
         return objection;
     }
-    // Another Keldra's counts are others.
+    // Each Keldra has different counts.
     uint32_t count = static_cast<uint32_t>(getpid()) * 100000;
     std::string order;
     Beat(order, count);

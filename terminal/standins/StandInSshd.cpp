@@ -1,4 +1,4 @@
-// Stands in for the SSH daemon: detaches and is there.
+// Stands in for the SSH daemon: detaches and waits.
 #include <unistd.h>
 
 #include "terminal/standins/Announce.h"

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0 OR MIT
 /*
- * The watchdog of the terminal's CPLD, played by a timer of the kernel.
+ * Stands in for the watchdog of the terminal's CPLD, with a timer of the kernel.
  *
- * It has the control files of the true one, /proc/cpld/watchdog/, and takes what the terminal's
- * watchdog library writes to them. It proves that a program which writes so is rebooted when it
- * stops to; it proves nothing about the true CPLD, of which it assumes:
+ * It has the control files of the real one, /proc/cpld/watchdog/, and accepts the values that the
+ * terminal's watchdog library writes to them. It shows that the terminal reboots if a program stops
+ * writing them. It shows nothing about the real CPLD, of which it assumes:
  *
- *  - The first counter's byte tells the bite time. It is the only one that is written whole; of
- *    the others' values and of the reset strobe just the first character arrives, always "0".
- *  - One character to control-all starts or re-arms the watchdog, "0x0" stops it.
- *  - control-en reads "1\n" while it is armed and "0\n" otherwise.
- *  - Nothing but a stop or the reboot disarms it.
+ *  - The byte of the first counter selects the bite time. The library writes only this value whole.
+ *    Of the other counters and of the reset strobe just the first character arrives, always "0".
+ *  - One character written to control-all starts or re-arms the watchdog; "0x0" stops it.
+ *  - control-en reads "1\n" while the watchdog is armed and "0\n" otherwise.
+ *  - Only a stop or the reboot disarms it.
  *
- * The kernel parameter cpld_watchdog.divisor=N makes it bite N times sooner.
+ * The kernel parameter cpld_watchdog.divisor=N makes it bite N times earlier.
  */
 #define pr_fmt(fmt) KBUILD_MODNAME ": " fmt
 
@@ -27,7 +27,7 @@
 
 enum control { COUNTER0, COUNTER1, COUNTER2, COUNTER3, CONTROL_EN, CONTROL_RESET, CONTROL_ALL };
 
-/* The first of them is misspelt on the board, too. */
+/* The real board misspells the names of all four counters, too. */
 static const char *const names[] = {
 	[COUNTER0] = "intial-cnt0",    [COUNTER1] = "intial-cnt1",
 	[COUNTER2] = "intial-cnt2",    [COUNTER3] = "intial-cnt3",
@@ -35,7 +35,7 @@ static const char *const names[] = {
 	[CONTROL_ALL] = "control-all",
 };
 
-/* The lowest bytes of the counts at 3.125 MHz, each with its seconds. */
+/* The lowest byte of each count at 3.125 MHz, and the seconds that it selects. */
 static const struct {
 	const char *text;
 	unsigned int seconds;
@@ -46,7 +46,7 @@ module_param(divisor, uint, 0444);
 
 static DEFINE_MUTEX(lock);
 static struct hrtimer timer;
-static unsigned int seconds; /* by the first counter, for the next start */
+static unsigned int seconds; /* chosen by the first counter, for the next start */
 static bool announced;	     /* the library starts the board twice in a row */
 
 static enum hrtimer_restart bite(struct hrtimer *unused)
