@@ -1,0 +1,97 @@
+// One simulated terminal of a fleet, with a metrics page on the loopback interface:
+//
+//   fleet_terminal ADDRESS SECONDS      where the page is, and the heartbeat timeout
+//
+// It obeys words on standard input, and ends at the end of the input. demo/fleet runs it.
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "terminal/Faults.h"
+#include "terminal/simulated/SimulatedTerminal.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace Terminals;
+using Simulated::SimulatedTerminal;
+
+constexpr char kScript[] = "/usr/sbin/keldra-metrics";
+constexpr char kPage[] = "/run/page";
+
+Simulated::TerminalOptions Options() {
+    const fs::path build = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+    Simulated::TerminalOptions options;
+    options.monitorProgram = build / "monitor" / "keldra_monitor";
+    options.standInDirectory = build / "terminal" / "standins";
+    return options;
+}
+
+// Serves the page, as the package's service script does. A reboot takes it away.
+void ServePage(SimulatedTerminal* terminal, const std::string& address) {
+    std::ostringstream script;
+    script << std::ifstream(KELDRA_METRICS).rdbuf();
+    WriteInside(*terminal, kScript, script.str());
+    (void)terminal->Run(
+        {"/bin/sh", "-c",
+         "chmod 755 $1 && mkdir -p $2/cgi-bin && ln -s $1 $2/cgi-bin/metrics &&"
+         "{ busybox httpd -f -p $3 -h $2 -c /dev/null & } && echo $! >/run/page.pid",
+         "sh", kScript, kPage, address});
+}
+
+std::string SignalPage(Terminal* terminal, const std::string& signal) {
+    return terminal->RunScript("kill -" + signal + " $(cat /run/page.pid)").output;
+}
+
+// Returns "" or the reason why it could not be done.
+std::string Obey(const std::string& word, Terminal* terminal) {
+    std::string obstacle;
+    if (word == "damage") {
+        obstacle = DamagePrimaryOptions(terminal);
+    } else if (word == "refuse") {
+        obstacle = RefuseToStart(terminal);
+    } else if (word == "silence" || word == "answer") {
+        return SignalPage(terminal, word == "answer" ? "CONT" : "STOP");
+    }
+    return obstacle.empty() ? Cause(terminal, word == "hang" ? word : "crash") : obstacle;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        return 2;
+    }
+    SimulatedTerminal terminal(Options());
+    std::string reason;
+    if (!terminal.PowerOn(&reason)) {
+        std::cerr << "a terminal does not come up: " << reason << "\n";
+        return 3;
+    }
+    ServePage(&terminal, argv[1]);
+    if (terminal.StartMonitor({"-t", argv[2]}).status != 0) {
+        return 1;
+    }
+    std::array<char, 64> word = {};
+    while (true) {
+        if (terminal.Pump(200, STDIN_FILENO)) {
+            const ssize_t count = read(STDIN_FILENO, word.data(), word.size());
+            if (count <= 0) {
+                return 0;
+            }
+            std::string text(word.data(), static_cast<size_t>(count - 1));  // without its newline
+            const std::string obstacle = Obey(text, &terminal);
+            if (!obstacle.empty()) {
+                std::cerr << argv[1] << ": " << text << ": " << obstacle << "\n";
+            }
+        }
+        if (!fs::exists(terminal.Path(kPage))) {
+            ServePage(&terminal, argv[1]);
+        }
+    }
+}
