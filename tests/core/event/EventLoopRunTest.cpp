@@ -21,6 +21,22 @@ std::function<int(int timeoutMs)> kernelWait;
 // What the last wait was given.
 const sigset_t* waitMask = nullptr;
 
+}  // namespace
+
+// Takes the place of the C library's own in this program.
+extern "C" int epoll_pwait(int fd, epoll_event* events, int count, int timeoutMs,
+                           const sigset_t* mask) {
+    waitMask = mask;
+    if (kernelWait) {
+        errno = kernelWait(timeoutMs);
+        return -1;
+    }
+    return static_cast<int>(
+        syscall(SYS_epoll_pwait, fd, events, count, timeoutMs, mask, _NSIG / 8));
+}
+
+namespace {
+
 struct EventLoopRunTest : LoopFixture {
     ~EventLoopRunTest() override { kernelWait = nullptr; }
     std::string Run() {
@@ -40,27 +56,6 @@ struct EventLoopRunTest : LoopFixture {
         return only;
     }
 };
-
-TEST_F(EventLoopRunTest, TurnIsHandlersTimersActivitiesUntilTheDescriptorIsClosed) {
-    std::string journal;
-    EventHandler handler("h");
-    PeriodicTimer timer("t", TimerBase::Callback(new CallbackTo<void(unsigned int, void*)>(
-                                 [&](unsigned int, void*) { journal += "t"; })));
-    CallbackTo<bool(int)> call([&](int) {
-        journal += "a";
-        return true;
-    });
-    ActivityHold hold(&call);
-    handler.onRead = [&] {
-        journal += "h";
-        timer.Start(0, UINT32_MAX);
-        loop_.AddActivity(&hold);
-        close(epollFd_);
-    };
-    loop_.AddHandler(&handler);
-    EXPECT_EQ(Run(), kEnd);
-    EXPECT_EQ(journal, "hta");
-}
 
 TEST_F(EventLoopRunTest, OnlyABadDescriptorEndsItAndOtherErrorsAreLoggedEachTime) {
     const std::vector<int> errors = {EINTR, EINVAL, EINTR, EINVAL, EBADF};
@@ -118,15 +113,3 @@ TEST_F(EventLoopRunTest, WaitsForTheNextTimerOrASecondAndNotAtAllForActivities) 
 }
 
 }  // namespace
-
-// Takes the place of the C library's own in this program.
-extern "C" int epoll_pwait(int fd, epoll_event* events, int count, int timeoutMs,
-                           const sigset_t* mask) {
-    waitMask = mask;
-    if (kernelWait) {
-        errno = kernelWait(timeoutMs);
-        return -1;
-    }
-    return static_cast<int>(
-        syscall(SYS_epoll_pwait, fd, events, count, timeoutMs, mask, _NSIG / 8));
-}

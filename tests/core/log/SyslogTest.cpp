@@ -20,6 +20,8 @@
 #include <utility>
 
 #include "core/log/Log.h"
+#include "core/log/TraceList.h"
+#include "core/options/OptionsNodeEdit.h"
 #include "tests/support/Capture.h"
 #include "tests/support/TempDir.h"
 
@@ -229,6 +231,23 @@ TEST_F(SyslogTest, PatienceComesBackAndOutlastsASignal) {
     setitimer(ITIMER_REAL, &soon, nullptr);
     LogMessage(0, "patient\n");
     EXPECT_EQ(Records(), "<29>keldra: patient\n|");
+}
+
+TEST_F(SyslogTest, OptionsPutTheSinkIntoATraceListOrTakeItOut) {
+    TraceList list;
+    OptionsNodeEdit options;
+    const auto applied = [&](bool done) {
+        EXPECT_TRUE(done);
+        ApplySysloggerOptions(list, &options);
+        list.Trace(2, "2");
+        list.Trace(5, "5");
+        list.Trace(6, "6");
+        return Records();
+    };
+    EXPECT_EQ(applied(options.SetLeaf("syslogger_level", 2, nullptr)), "");
+    EXPECT_EQ(applied(options.SetLeaf("syslogger_on", true, nullptr)), "<27>keldra: 2|");
+    EXPECT_EQ(applied(options.RemoveMember("syslogger_level")), "<27>keldra: 2|<27>keldra: 5|");
+    EXPECT_EQ(applied(options.SetLeaf("syslogger_on", false, nullptr)), "");
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 inline Json::Value J(const char* text) {
     Json::CharReaderBuilder builder;
     builder["allowSingleQuotes"] = true;
+    builder["allowSpecialFloats"] = true;
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     Json::Value value;
     EXPECT_TRUE(reader->parse(text, text + std::strlen(text), &value, nullptr)) << text;

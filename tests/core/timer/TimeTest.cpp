@@ -29,6 +29,21 @@ TEST(TimeValueTest, IsNormalisedHoweverItIsMade) {
     EXPECT_EQ(TimeValue(INT_MAX, 999999999).Milliseconds(), 2147483647999);
 }
 
+TEST(WallClockTest, PeriodsBeginAtTheirMultiples) {
+    const std::tuple<int64_t, int32_t, int64_t, int64_t> cases[] = {
+        {2999999, 1000, 2000000, 3000000},
+        {3000000, 1000, 3000000, 4000000},  // the next one comes strictly after the time
+        {3000001, 0, 3000000, 3001000},     // 1 ms
+        {3000001, -7, 3000000, 3001000},
+    };
+    for (const auto& [us, periodMs, floorUs, nextUs] : cases) {
+        const WallTime time = {us / 1000000, static_cast<int32_t>(us % 1000000)};
+        const WallTime floor = FloorToPeriod(time, periodMs), next = NextPeriod(time, periodMs);
+        EXPECT_EQ(floor.seconds * 1000000 + floor.microseconds, floorUs) << us;
+        EXPECT_EQ(next.seconds * 1000000 + next.microseconds, nextUs) << us;
+    }
+}
+
 TEST(WallClockTest, FormatsSecondsAsUnsigned) {
     char text[20];
     EXPECT_EQ(FormatSeconds({-1, 1999}, text, sizeof(text)), 17);

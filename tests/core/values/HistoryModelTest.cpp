@@ -1,0 +1,73 @@
+// Random samples of a list's history, and the simplest model: a deque of numbers with times.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <deque>
+#include <random>
+
+#include "core/output/StringWritable.h"
+#include "core/text/FormatText.h"
+#include "core/values/ValueHistory.h"
+
+using namespace Quenda;
+
+namespace {
+
+std::string Row(int64_t timeUs, const std::string& cell) {
+    const int ms = static_cast<int>((timeUs + 500) / 1000);
+    return FormatText("    1970-01-01 %02d:%02d:%02d.%03d , %12s \n", ms / 3600000, ms / 60000 % 60,
+                      ms / 1000 % 60, ms % 1000, cell.c_str());
+}
+
+// The rows of a table.
+std::string Console(ValueList::History& history, const std::vector<const char*>& words) {
+    StringWritable out;
+    history.Command(&out, static_cast<int>(words.size()), words.data());
+    return out.Text().substr(out.Text().find('\n') + 1);
+}
+
+TEST(HistoryModelTest, TablesAreThoseOfADeque) {
+    setenv("TZ", "UTC", 1);
+    std::mt19937 random{1};
+    ValueList list({ValueDefinition::UInt("n", 0)});
+    ValueList::History history(list);
+    std::deque<std::pair<int64_t, double>> samples;
+    size_t limit = 10;
+    int64_t timeUs = 1000000;
+    for (int round = 0; round < 2000 && !testing::Test::HasFailure(); ++round) {
+        SCOPED_TRACE(
+            FormatText("round %d, limit %zu, at %d us", round, limit, static_cast<int>(timeUs)));
+        if (random() % 20 == 0) {
+            limit = random() % 5 + 2;
+            (void)Console(history, {"size", std::to_string(limit).c_str()});
+        }
+        // Sometimes at the same time or before it: the wall clock may be set back.
+        timeUs +=
+            random() % 9 == 0 ? -500000 : static_cast<int64_t>(random() % 4 * (random() % 900000));
+        const auto number = std::to_string(random() % 1000);
+        samples.emplace_back(timeUs, std::stod(number));
+        list.Find("n")->SetFromText(number.c_str());
+        history.TakeSample({timeUs / 1000000, static_cast<int32_t>(timeUs % 1000000)});
+        while (samples.size() > limit) {
+            samples.pop_front();
+        }
+        std::string show, delta, rate;
+        for (size_t i = 0; i < samples.size(); ++i) {
+            const auto& [us, value] = samples[i];
+            show += Row(us, FormatText("%.0f", value));
+            if (i > 0) {
+                const double change = value - samples[i - 1].second;
+                const double seconds = static_cast<double>(us - samples[i - 1].first) / 1e6;
+                delta += Row(us, FormatText("%.2f", change));
+                rate += Row(us, seconds > 0 ? FormatText("%.2f", change / seconds) : "no time");
+            }
+        }
+        EXPECT_EQ(Console(history, {"show", "n"}), show);
+        if (samples.size() > 1) {
+            EXPECT_EQ(Console(history, {"delta", "n"}), delta);
+            EXPECT_EQ(Console(history, {"rate", "n"}), rate);
+        }
+    }
+}
+
+}  // namespace
