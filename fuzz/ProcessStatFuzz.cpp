@@ -12,9 +12,8 @@ constexpr int32_t kUntouched = -77;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // A copy that ends where the reading must end: the sanitizer finds a read beyond it.
-    const bool isCut = size >= kLookedAt;
-    std::vector<char> line(isCut ? kLookedAt : size + 1);
-    std::copy_n(data, isCut ? kLookedAt : size, line.begin());
+    std::vector<char> line(std::min(size + 1, kLookedAt));
+    std::copy_n(data, std::min(size, kLookedAt), line.begin());
     char name[Monitor::kProcessNameSize];
     std::memset(name, 'x', sizeof(name));
     int32_t parent = kUntouched;

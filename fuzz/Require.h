@@ -1,7 +1,9 @@
-// What must hold after a call. The exception ends the fuzzer, which keeps the input, or fails a
-// test.
+// What must hold after a call. The exception names the function that called. It ends the fuzzer,
+// which keeps the input, or fails a test.
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
-#define REQUIRE(condition) ((condition) ? void() : throw std::logic_error(__FILE__ ": " #condition))
+#define REQUIRE(condition) \
+    ((condition) ? void() : throw std::logic_error(std::string(__func__) + ": " #condition))

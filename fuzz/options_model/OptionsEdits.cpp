@@ -53,8 +53,7 @@ void MergeOrOverlay(Trial& trial) {
         wanted = Describe(model);
     }
     const bool merged = merge ? node.Merge(source, ids) : node.Overlay(source, levels);
-    REQUIRE(modified == !tooDeep);
-    REQUIRE(merged == (merge && node.Error().IsEmpty()));
+    REQUIRE(modified == !tooDeep && merged == (merge && node.Error().IsEmpty()));
     if (compare) {
         const std::string found = Describe(node.Value());
         RequireEqual(node.Error().Get(), message.c_str(), before);
@@ -96,8 +95,7 @@ void EditOne(Trial& trial) {
     OptionsNodeEdit node(&RandomPart(trial.input, trial.options), &modified);
     const bool done = Edit(trial, node, RandomName(trial.input, node.Value()));
     // Refused, an edit leaves its message and marks no change.
-    REQUIRE(modified == done);
-    REQUIRE(node.Error().IsEmpty() == done);
+    REQUIRE(modified == done && node.Error().IsEmpty() == done);
 }
 
 // What may fail without a message, or marks no change.

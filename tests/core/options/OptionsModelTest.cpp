@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <random>
+#include <stdexcept>
+#include <string>
 
 #include "fuzz/options_model/OptionsExercise.h"
 #include "tests/support/Capture.h"
@@ -12,13 +14,19 @@ TEST(OptionsModelTest, EditsOfGeneratedTreesComeToWhatAModelSays) {
     std::mt19937 random(1);
     std::vector<uint8_t> bytes(600);
     OptionsModel::MergeCounts all;
-    for (int round = 0; round < 5000; ++round) {
+    std::string wrong;
+    for (int round = 0; round < 5000 && wrong.empty(); ++round) {
         std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<uint8_t>(random()); });
-        const auto merges = OptionsModel::ExerciseOptions(bytes.data(), bytes.size());
-        all.done += merges.done;
-        all.stoppedHalfway += merges.stoppedHalfway;
+        try {
+            const auto merges = OptionsModel::ExerciseOptions(bytes.data(), bytes.size());
+            all.done += merges.done;
+            all.stoppedHalfway += merges.stoppedHalfway;
+        } catch (const std::logic_error& failure) {
+            wrong = "round " + std::to_string(round) + ", " + failure.what();
+        }
     }
     (void)complaints.Stop();
+    EXPECT_EQ(wrong, "");
     EXPECT_GT(all.done, 1000);
     EXPECT_GT(all.stoppedHalfway, 100);
 }

@@ -30,18 +30,11 @@ TEST(TimeValueTest, IsNormalisedHoweverItIsMade) {
 }
 
 TEST(WallClockTest, PeriodsBeginAtTheirMultiples) {
-    const std::tuple<int64_t, int32_t, int64_t, int64_t> cases[] = {
-        {2999999, 1000, 2000000, 3000000},
-        {3000000, 1000, 3000000, 4000000},  // the next one comes strictly after the time
-        {3000001, 0, 3000000, 3001000},     // 1 ms
-        {3000001, -7, 3000000, 3001000},
-    };
-    for (const auto& [us, periodMs, floorUs, nextUs] : cases) {
-        const WallTime time = {us / 1000000, static_cast<int32_t>(us % 1000000)};
-        const WallTime floor = FloorToPeriod(time, periodMs), next = NextPeriod(time, periodMs);
-        EXPECT_EQ(floor.seconds * 1000000 + floor.microseconds, floorUs) << us;
-        EXPECT_EQ(next.seconds * 1000000 + next.microseconds, nextUs) << us;
-    }
+    EXPECT_EQ(FloorToPeriod({3, 0}, 1000).seconds, 3);
+    EXPECT_EQ(NextPeriod({3, 0}, 1000).seconds, 4);  // strictly after the time
+    EXPECT_EQ(NextPeriod({2, 999999}, 1000).seconds, 3);
+    EXPECT_EQ(FloorToPeriod({3, 5999}, 0).microseconds, 5000);
+    EXPECT_EQ(NextPeriod({3, 5999}, -7).microseconds, 6000);
 }
 
 TEST(WallClockTest, FormatsSecondsAsUnsigned) {

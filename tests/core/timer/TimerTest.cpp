@@ -34,6 +34,10 @@ TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {
     EXPECT_GE(longestMs, 250);
     timer.Start(3600000, 1);
     EXPECT_EQ(keeper_.TimeToNext().Seconds() / 100, 35);
+    timer.Start(0, 0);  // counts as 1 ms
+    const TimeValue first = timer.Expiry();
+    keeper_.ProcessExpired(first);
+    EXPECT_EQ((timer.Expiry() - first).Milliseconds(), 1);
     timer.Start(0);
     EXPECT_TRUE(timer.HasExpired(TimeValue::Now()));
     EXPECT_EQ(keeper_.TimeToNext(), TimeValue(0, 0));
