@@ -3,8 +3,8 @@
 #
 # A transcript is a session with a program as a person would type and read it. This script types the
 # lines behind "> " into the program and compares the session with the transcript. Some texts differ
-# from run to run, and the transcript has words for them: ADDRESS, a date of letters, and dots for
-# all but the first two of seven digits of remaining milliseconds.
+# from run to run, and the transcript has words for them: ADDRESS, PID, the LINE of a script, a date of
+# letters, and dots for all but the first two of seven digits of remaining milliseconds.
 transcript=$1
 shift
 # At once and below the size of a pipe's atomic write, so that no turn of the loop lacks its line.
@@ -13,4 +13,6 @@ typed=$(sed -n 's/^> //p' "$transcript")
   printf '%s\n' "$typed" | { "$@" 2>&1; echo "exit status $?"; }
 } | sed -E 's/0x[0-9a-f]{5,}/ADDRESS/
   s/[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{3}/YYYY-MM-DD hh:mm:ss.mmm/
-  s/( -> [0-9]{2})[0-9]{5}$/\1...../' | diff -u "$transcript" -
+  s/( -> [0-9]{2})[0-9]{5}$/\1...../
+  s/keldra-monitor: [0-9]+: /keldra-monitor: LINE: /
+  s/Keldra Monitor [0-9]+ did/Keldra Monitor PID did/' | diff -u "$transcript" -

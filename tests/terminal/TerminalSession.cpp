@@ -1,0 +1,88 @@
+// A session on a simulated terminal with the package installed, as an operator types it: each line
+// of standard input is a command for the terminal's shell, and its output follows the line. The
+// shell has these commands of ours:
+//   service ACTION    the service script, called as a careless caller does
+//   settings LINE      writes the settings: one line of the shell
+//   options WORDS      the same, with these options of the daemon
+//   monitors          says whether a monitor runs, and whether it is the one of the question before
+//   damage             replaces the daemon's program by standard input
+//   await TEXT        waits for a line of the system log
+// Exits with 77 where the host permits no simulated terminal.
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <iostream>
+
+#include "terminal/simulated/SimulatedTerminal.h"
+#include "tests/support/TempDir.h"
+
+using namespace Terminals;
+using namespace Terminals::Simulated;
+
+namespace {
+
+constexpr double kPatienceSeconds = 60;  // a slow machine is waited for
+
+// As root at least of a namespace, in a root that has nothing else.
+constexpr char kInstall[] = R"sh(
+mkdir "$D" && cd "$D" && PATH=$PATH:/usr/sbin:/sbin &&
+mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && touch var/lib/dpkg/status &&
+$([ $(id -u) = 0 ] || echo unshare -r) \
+  dpkg --root="$D" --force-depends,script-chrootless -i "$P" >log 2>&1 || { cat log; false; })sh";
+
+const std::string kCommands = R"sh(
+options() { settings "KELDRA_MONITOR_OPTIONS='$*'"; }
+settings() { printf '%s\n' "$1" >/etc/default/keldra_monitor; }
+service() {
+  (umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS LD_PRELOAD=)sh" +
+                              std::string(kRedirectLibrary) + R"sh( \
+    /etc/init.d/keldra-monitor "$@") || echo "(exit status $?)"
+}
+damage() { cat >/tmp/new; chmod 755 /tmp/new; mv /tmp/new /usr/sbin/keldra_monitor; }
+monitors() {
+  touch /tmp/monitors
+  for stat in /proc/[0-9]*/stat; do
+    read -r pid name rest <$stat && [ "$name" != '(keldra_monitor)' ] || echo $pid
+  done 2>/dev/null >/tmp/now
+  if [ ! -s /tmp/now ]; then echo none
+  elif cmp -s /tmp/now /tmp/monitors; then echo the same
+  else echo "a new one"
+  fi
+  mv /tmp/now /tmp/monitors
+}
+)sh";
+
+void Obey(Terminal& terminal, const std::string& line) {
+    std::cout << "> " << line << "\n";
+    if (line.rfind("await ", 0) != 0) {
+        std::cout << terminal.RunScript(kCommands + line).output << std::flush;
+    } else if (!terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds)) {
+        std::cout << "(it did not come)\n";
+    }
+}
+
+}  // namespace
+
+int main() {
+    if (std::system("\"" STAND_IN_DIRECTORY "/boot\" --probe") != 0) {
+        return 77;
+    }
+    const TempDir files;
+    TerminalOptions options;
+    options.packageDirectory = files.File("package");
+    options.standInDirectory = STAND_IN_DIRECTORY;
+    setenv("P", PACKAGE_FILE, 1);
+    setenv("D", options.packageDirectory.c_str(), 1);
+    if (std::system(kInstall) != 0) {
+        return 1;
+    }
+    SimulatedTerminal terminal(options);
+    std::string reason;
+    if (!terminal.PowerOn(&reason)) {
+        std::cout << reason << "\n";
+        return 1;
+    }
+    for (std::string line; std::getline(std::cin, line);) {
+        Obey(terminal, line);
+    }
+}
