@@ -55,12 +55,12 @@ public:
     // Boots from the main partition, without the daemon. False, with the reason, on failure.
     bool PowerOn(std::string* reason);
     // Starts the daemon as the terminal's boot does. Returns when the launched process has ended;
-    // the status is not 0 if no daemon runs then.
+    // the status is not 0 if no daemon has come up.
     CommandResult StartMonitor(const std::vector<std::string>& arguments);
     // Runs a script inside, by /bin/sh. Only the shell's built-in commands are certain to exist.
     CommandResult RunScript(const std::string& script) { return Run({"/bin/sh", "-c", script}); }
 
-    // The PIDs inside with this command name, separated by blanks.
+    // The PIDs inside with this command name, one a line.
     std::string Pids(const std::string& name);
 
     // Called with every event as it comes.
@@ -68,7 +68,7 @@ public:
     // Waits for an event of the source whose text contains `text`. Each event is looked at once:
     // the search begins after the last event found for this source, or after `Mark`.
     std::optional<Event> Await(Source source, const std::string& text, double seconds);
-    // From now on `Await` gives up as soon as this returns true.
+    // From now on, `Await` returns nothing as soon as this function returns true.
     void GiveUpWhen(std::function<bool()> isHopeless) { isHopeless_ = std::move(isHopeless); }
     bool IsHopeless() const { return isHopeless_ && isHopeless_(); }
     // Adds the events up to now; `Await` then ignores all of them.
