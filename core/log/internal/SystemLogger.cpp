@@ -21,7 +21,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr Clock::duration kPatience = std::chrono::seconds(1);
-constexpr char kMonths[] = "JanFebMarAprMayJunJulAugSepOctNovDec";  // in every locale
+// The same in every locale.
+constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 Clock::duration patience = kPatience;
 unsigned int lostLines = 0;
@@ -34,9 +36,8 @@ Stamp MakeStamp(int priority) {
     tm local{};
     (void)localtime_r(&now, &local);
     Stamp stamp;
-    (void)snprintf(stamp.data(), stamp.size(), "<%d>%.3s %2d %02d:%02d:%02d ", priority,
-                   &kMonths[3 * local.tm_mon], local.tm_mday, local.tm_hour, local.tm_min,
-                   local.tm_sec);
+    (void)snprintf(stamp.data(), stamp.size(), "<%d>%s %2d %02d:%02d:%02d ", priority,
+                   kMonths[local.tm_mon], local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
     return stamp;
 }
 
