@@ -1,5 +1,6 @@
 #include "core/buildinfo/BuildRecord.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 
@@ -16,12 +17,8 @@ const char* BuildFieldLabel(size_t index) {
 }
 
 bool operator==(const BuildRecord& a, const BuildRecord& b) {
-    for (size_t i = 0; i < BuildRecord::kFieldCount; ++i) {
-        if (strcmp(a.fields[i], b.fields[i]) != 0) {
-            return false;
-        }
-    }
-    return true;
+    return std::equal(a.fields.begin(), a.fields.end(), b.fields.begin(),
+                      [](const char* x, const char* y) { return strcmp(x, y) == 0; });
 }
 
 const BuildRecord& CoreBuildRecord() {

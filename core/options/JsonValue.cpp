@@ -16,8 +16,8 @@ void WarnUnless(bool inRange, const char* complaint) {
 }
 
 void Demand(bool convertible, const char* complaint) {
+    WarnUnless(convertible, complaint);
     if (!convertible) {
-        ComplainAboutJson(complaint);
         std::abort();
     }
 }
