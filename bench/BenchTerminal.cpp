@@ -1,10 +1,11 @@
 #include "bench/BenchTerminal.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include "bench/Report.h"
 
 namespace Bench {
 
@@ -26,19 +27,6 @@ Terminals::Simulated::TerminalOptions Describe(const std::string& library) {
 }
 
 }  // namespace
-
-void Fail(const std::string& reason) {
-    (void)fprintf(stderr, "daemon_bench: %s\n", reason.c_str());
-    exit(2);
-}
-
-long NumberAfter(const std::string& text, const std::string& label) {
-    const size_t at = text.find(label);
-    if (at == std::string::npos) {
-        Fail("no \"" + label + "\" in: " + text);
-    }
-    return strtol(text.c_str() + at + label.size(), nullptr, 10);
-}
 
 BenchTerminal::BenchTerminal(const std::string& library) : terminal_(Describe(library)) {
     std::string reason;
@@ -87,6 +75,15 @@ std::string BenchTerminal::ReadProc(pid_t pid, const std::string& name) const {
         Fail("cannot read " + name + " of process " + std::to_string(pid));
     }
     return text.str();
+}
+
+long BenchTerminal::ProcNumber(pid_t pid, const std::string& name, const std::string& label) const {
+    const std::string text = ReadProc(pid, name);
+    const size_t at = text.find(label);
+    if (at == std::string::npos) {
+        Fail("no \"" + label + "\" in: " + text);
+    }
+    return strtol(text.c_str() + at + label.size(), nullptr, 10);
 }
 
 void BenchTerminal::Wait(double seconds) {

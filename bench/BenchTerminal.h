@@ -9,9 +9,8 @@
 
 namespace Bench {
 
-// A simulated terminal with a preloaded library of ours in place of the simulator's, which tells
-// of every write and so would be measured as well.
-// Every operation ends the program with a message when it fails: there is nothing to measure then.
+// A simulated terminal that preloads another library into the daemon: the usual one reports every
+// write, and its work would be measured as well. If an operation fails, it ends the program.
 class BenchTerminal {
 public:
     // `library`: its file name.
@@ -21,21 +20,18 @@ public:
 
     // Starts the daemon and returns its PID.
     pid_t StartDaemon(const std::vector<std::string>& arguments);
-    // Starts a program of ours inside, with the library, and returns its PID.
+    // Starts a program of this folder inside, with the library, and returns its PID.
     pid_t Start(const std::string& program, const std::vector<std::string>& arguments);
     // The oldest process with this command name.
     pid_t Pid(const std::string& name) const;
     // The file of that name below /proc/PID, as seen inside.
     std::string ReadProc(pid_t pid, const std::string& name) const;
+    // The number behind a label in that file.
+    long ProcNumber(pid_t pid, const std::string& name, const std::string& label) const;
     void Wait(double seconds);
 
 private:
     Terminals::Simulated::SimulatedTerminal terminal_;
 };
-
-[[noreturn]] void Fail(const std::string& reason);
-
-// The number after `label` in `text`; fails when there is none.
-long NumberAfter(const std::string& text, const std::string& label);
 
 }  // namespace Bench

@@ -4,8 +4,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "bench/BenchTerminal.h"
-#include "bench/Measurements.h"
+#include "bench/Growth.h"
+#include "bench/Report.h"
+#include "bench/RunningDaemon.h"
 
 int main(int argc, char** argv) {
     const std::string what = argc > 1 ? argv[1] : "";

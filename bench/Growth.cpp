@@ -1,3 +1,5 @@
+#include "bench/Growth.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
@@ -5,26 +7,25 @@
 #include <filesystem>
 
 #include "bench/BenchTerminal.h"
-#include "bench/Measurements.h"
-#include "bench/Row.h"
+#include "bench/Report.h"
 #include "bench/inside/QuickTime.h"
 
 namespace Bench {
 
 namespace {
 
-constexpr double kPatienceSeconds = 120;  // for the checks between two stops
+constexpr double kPatienceSeconds = 120;  // longest time between two stops
 
-// What the daemon holds at a moment.
+// The daemon's resources at one moment.
 struct Holdings {
-    long memoryKb = 0;  // of its own, not backed by a file
+    long memoryKb = 0;  // private, not backed by a file
     long descriptors = 0;
-    long zombies = 0;  // children that have ended and were not waited for
+    long zombies = 0;  // children that ended and were not reaped
 };
 
 Holdings LookAt(BenchTerminal& bench, pid_t daemon) {
     Holdings holdings;
-    holdings.memoryKb = NumberAfter(bench.ReadProc(daemon, "smaps_rollup"), "\nAnonymous:");
+    holdings.memoryKb = bench.ProcNumber(daemon, "smaps_rollup", "\nAnonymous:");
     const std::string fds = bench.Terminal().Path("/proc/" + std::to_string(daemon) + "/fd");
     holdings.descriptors = std::distance(std::filesystem::directory_iterator(fds), {});
     for (const Terminals::Simulated::Process& process : bench.Terminal().Processes()) {
@@ -33,18 +34,18 @@ Holdings LookAt(BenchTerminal& bench, pid_t daemon) {
     return holdings;
 }
 
-// Waits until the daemon has done its next checks and stopped.
+// Waits until the daemon stops after its next checks.
 void AwaitStop(BenchTerminal& bench, pid_t daemon) {
     const double deadline = bench.Terminal().Seconds() + kPatienceSeconds;
     while (bench.ReadProc(daemon, "status").find("\nState:\tT") == std::string::npos) {
         bench.Terminal().Pump(5);
         if (bench.Terminal().Seconds() > deadline) {
-            Fail("the daemon does not get on with its checks");
+            Fail("the daemon does not finish its checks");
         }
     }
 }
 
-// How many times Keldra has been started, as it tells itself.
+// How many times Keldra has reported a start.
 long Starts(BenchTerminal& bench) {
     (void)bench.Terminal().Pump(0);
     const auto& events = bench.Terminal().Events();
@@ -53,7 +54,7 @@ long Starts(BenchTerminal& bench) {
     });
 }
 
-// Lets the daemon do so many checks, and compares what it then holds with the first stop.
+// Lets the daemon do so many checks and compares its resources with those at the first stop.
 bool MeasureRun(const char* what, BenchTerminal& bench, pid_t daemon, int checks) {
     AwaitStop(bench, daemon);
     const Holdings first = LookAt(bench, daemon);
@@ -80,8 +81,8 @@ bool MeasureHealthy(int checks) {
     return kept;
 }
 
-// The heartbeat file is missing: Keldra counts as faulty, is ended and started at every check,
-// and the LED script runs. The service script starts no sshd, so it runs each time as well.
+// The heartbeat file is missing: at every check Keldra counts as faulty, is ended and started, and
+// the LED script runs. The service script does not start sshd, so it runs each time as well.
 bool MeasureFailing(int checks) {
     BenchTerminal bench("libquick_time.so");
     const pid_t daemon = bench.StartDaemon(

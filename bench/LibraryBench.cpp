@@ -1,4 +1,4 @@
-// What single operations of the core library, and a lookup by name, cost. The label of each is its
+// Measures single operations of the core library, and a lookup by name. The label of each is its
 // line on the page.
 #include <benchmark/benchmark.h>
 #include <sys/epoll.h>
@@ -49,7 +49,7 @@ void ArmAndStop(State& state) {
 }
 BENCHMARK(ArmAndStop)->Arg(0)->Arg(100)->Arg(10000);
 
-// Each fires once in a period, and so does it in each round.
+// Each timer fires once in a period, and each round is one period.
 void Fire(State& state) {
     const auto timers = ArmTimers(state.range(0));
     Quenda::TimeValue now = Quenda::TimeValue::Now();
@@ -87,7 +87,7 @@ void Dispatch(State& state) {
         right = right && loop.Poll();
     }
     if (!right || counters.back().calls != static_cast<int64_t>(state.iterations())) {
-        state.SkipWithError("not every event has arrived");
+        state.SkipWithError("an event was lost");
     }
     state.SetLabel("write an event, dispatch and read it; handlers: " +
                    std::to_string(state.range(0)));
@@ -121,7 +121,7 @@ void FindOption(State& state) {
 }
 BENCHMARK(FindOption);
 
-// Changes a document to and fro.
+// Changes a document alternately to two states.
 template <typename Change>
 void ChangeOptions(State& state, const Change& change) {
     Json::Value document = Options(1);
@@ -169,7 +169,7 @@ void ShellCommand(State& state) {
         std::string output;
         if (!Quenda::RunShellCommand("head -c 262144 /dev/zero", output) ||
             output.size() != 262144) {
-            state.SkipWithError("the command has not printed what it should");
+            state.SkipWithError("the command has not printed 256 KB");
         }
     }
     state.SetLabel("run a shell command that prints 256 KB");

@@ -1,3 +1,5 @@
+#include "bench/RunningDaemon.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -7,8 +9,7 @@
 #include <vector>
 
 #include "bench/BenchTerminal.h"
-#include "bench/Measurements.h"
-#include "bench/Row.h"
+#include "bench/Report.h"
 #include "bench/SystemCalls.h"
 
 namespace Bench {
@@ -22,12 +23,12 @@ constexpr double kWakeUpsBar = 1.5;  // for each check
 constexpr long kMemoryBarKb = 250;   // above the idle program
 constexpr double kPatienceSeconds = 30;
 constexpr double kHalfPeriod = 0.5;  // seconds
-// The cost of the same check differs by a third from one start of the programs to the next.
+// From one start of the programs to the next, the cost of a check differs by a third.
 constexpr int kStarts = 7;
-// Arming the watchdog takes so many writes, and a healthy check writes nothing else.
+// Writes to arm the watchdog; a healthy check has no others.
 constexpr long kWritesPerCheck = 7;
 
-// What one process has used, as the kernel counts it.
+// The kernel's counts for one process.
 struct Usage {
     double cpuUs = 0;  // user and system
     long wakeUps = 0;  // how often it stopped waiting
@@ -39,8 +40,8 @@ struct Usage {
 Usage UsageSinceStart(const BenchTerminal& bench, pid_t pid) {
     Usage usage;
     usage.cpuUs = strtod(bench.ReadProc(pid, "schedstat").c_str(), nullptr) / 1000;
-    usage.wakeUps = NumberAfter(bench.ReadProc(pid, "status"), "\nvoluntary_ctxt_switches:");
-    usage.checks = NumberAfter(bench.ReadProc(pid, "io"), "syscw:") / kWritesPerCheck;
+    usage.wakeUps = bench.ProcNumber(pid, "status", "\nvoluntary_ctxt_switches:");
+    usage.checks = bench.ProcNumber(pid, "io", "syscw:") / kWritesPerCheck;
     return usage;
 }
 
@@ -48,7 +49,7 @@ Usage operator-(const Usage& end, const Usage& begin) {
     return {end.cpuUs - begin.cpuUs, end.wakeUps - begin.wakeUps, end.checks - begin.checks};
 }
 
-// One start of the daemon and of what it is compared with.
+// One start of the daemon and of the two programs that it is compared with.
 struct Start {
     BenchTerminal bench{"libopen_redirect.so"};
     pid_t daemon = 0;
@@ -67,7 +68,7 @@ void StartSideBySide(Start& start) {
         Fail("the daemon does not bring Keldra up");
     }
     start.idle = bench.Start("idle_program", {});
-    // Half a period apart, so that neither finds the caches that the other has warmed.
+    // Half a period apart, so that neither profits from caches that the other has filled.
     const long wakeUps = UsageSinceStart(bench, start.daemon).wakeUps;
     while (UsageSinceStart(bench, start.daemon).wakeUps == wakeUps) {
         (void)usleep(5000);
@@ -78,7 +79,7 @@ void StartSideBySide(Start& start) {
     bench.Wait(2);
 }
 
-// What both have used in the same seconds.
+// The use of both in the same seconds.
 struct Comparison {
     Usage daemon;
     Usage floor;
@@ -91,12 +92,12 @@ Comparison Watch(Start& start, double seconds) {
     const Comparison comparison = {UsageSinceStart(start.bench, start.daemon) - daemon,
                                    UsageSinceStart(start.bench, start.floor) - floor};
     if (comparison.daemon.checks == 0 || comparison.floor.checks == 0) {
-        Fail("nobody arms the watchdog");
+        Fail("the watchdog is not armed");
     }
     return comparison;
 }
 
-// Of all starts, one value each: in ascending order.
+// One value of each start, in ascending order.
 template <typename Value>
 std::vector<double> Sorted(const std::vector<Comparison>& starts, const Value& value) {
     std::vector<double> values;
@@ -105,7 +106,7 @@ std::vector<double> Sorted(const std::vector<Comparison>& starts, const Value& v
     return values;
 }
 
-// The middle one counts: other work on the machine can make a single start look bad.
+// Other work on the machine can make a single start look bad, so the median counts.
 bool PrintCpu(const std::vector<Comparison>& starts) {
     const size_t middle = starts.size() / 2;
     const auto daemon = Sorted(starts, [](const auto& s) { return s.daemon.CpuOfACheck(); });
@@ -132,20 +133,20 @@ bool PrintWakeUps(const std::vector<Comparison>& starts) {
 }
 
 long OwnKb(const BenchTerminal& bench, pid_t pid) {
-    const std::string map = bench.ReadProc(pid, "smaps_rollup");
-    return NumberAfter(map, "Private_Clean:") + NumberAfter(map, "Private_Dirty:");
+    return bench.ProcNumber(pid, "smaps_rollup", "Private_Clean:") +
+           bench.ProcNumber(pid, "smaps_rollup", "Private_Dirty:");
 }
 
 bool PrintMemory(const Start& start) {
     const long daemon = OwnKb(start.bench, start.daemon);
     const long idle = OwnKb(start.bench, start.idle);
     return PrintRow(daemon - idle <= kMemoryBarKb,
-                    "Memory of its own | %ld KB, %ld KB more | %ld KB, a C++ program that waits | "
+                    "Own memory | %ld KB, %ld KB more | %ld KB, a C++ program that waits | "
                     "at most %ld KB more",
                     daemon, daemon - idle, idle, kMemoryBarKb);
 }
 
-// The C program is a measure only when it does what the daemon does.
+// The comparison is fair only while the C program makes the daemon's calls.
 bool PrintSystemCalls(Start& start) {
     const auto daemon = TraceOneCheck(start.bench, start.daemon);
     const auto floor = TraceOneCheck(start.bench, start.floor);

@@ -3,6 +3,8 @@
 #include <fstream>
 #include <regex>
 
+#include "bench/Report.h"
+
 namespace Bench {
 
 namespace {
@@ -30,7 +32,7 @@ std::vector<std::string> TraceOneCheck(BenchTerminal& bench, pid_t pid) {
             check.push_back(WithoutDescriptors(line));
             continue;
         }
-        // What came before the first wait is the tail of a check, and a wait may come in two.
+        // Lines before the first wait are the end of a check. strace may print a wait as two lines.
         if (waited && !check.empty()) {
             whole = check;
         }

@@ -9,9 +9,8 @@
 
 namespace Bench {
 
-// The system calls of one check of that process, from a trace of a few seconds: all that strace
-// shows of them but descriptors and contents. Disturbs the process: to be done when everything
-// else has been measured.
+// The system calls of one check of that process, from a trace of a few seconds, as strace prints
+// them, without descriptors and contents. Tracing slows the process down: measure all else before.
 std::vector<std::string> TraceOneCheck(BenchTerminal& bench, pid_t pid);
 
 }  // namespace Bench

@@ -1,5 +1,5 @@
-/* The least that a check can cost: the system calls of a check by the daemon, in its order and
- * with its arguments, once a second, and nothing else.
+/* The lowest possible cost of a check: once a second this program makes the system calls of the
+ * daemon's check, in the same order and with the same arguments, and does nothing else.
  *
  *   floor_check HEARTBEAT_FILE STAT_FILE_OF_KELDRA STAT_FILE_OF_SSHD */
 #include <fcntl.h>
@@ -15,7 +15,7 @@ static const char* const kControlFiles[kFiles] = {
     "/proc/cpld/watchdog/control-en",  "/proc/cpld/watchdog/control-reset",
     "/proc/cpld/watchdog/control-all"};
 
-/* Which control file is written, and how much of the text. */
+/* Each write: the control file, and the length. */
 static const struct {
     int file;
     size_t length;
@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
     const int epollFd = epoll_create(1);
     for (;;) {
         epoll_pwait(epollFd, events, kEvents, kPeriodMs, &none);
-        /* A call that fails costs less than one that succeeds: such a floor would be none. */
+        /* A call that fails costs less than one that succeeds: the comparison would be unfair. */
         if (!ReadFile(argv[1], O_RDONLY | O_NONBLOCK | O_SYNC, 4) ||
             !ReadFile(argv[2], O_RDONLY | O_CLOEXEC, kStatSize) || !ArmWatchdog() ||
             !ReadFile(argv[3], O_RDONLY | O_CLOEXEC, kStatSize)) {

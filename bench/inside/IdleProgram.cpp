@@ -1,5 +1,5 @@
-// The least memory that a C++ program can do with: the library's streams, maps and strings are
-// linked in and used once, then it waits for ever.
+// A C++ program with little memory, for comparison: it uses the library's streams, maps and strings
+// once, then it waits for ever.
 #include <unistd.h>
 
 #include <iostream>

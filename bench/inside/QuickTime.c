@@ -1,6 +1,6 @@
-/* Preloaded into the daemon together with CpldRedirect: its time passes as quickly as it works.
- * A wait for the next check returns at once, and the daemon's clock is put forward by what it
- * would have waited. The pause of a second after signalling Keldra shrinks to a hundredth: Keldra
+/* Preloaded into the daemon together with CpldRedirect: time passes for it as quickly as it works.
+ * A wait for the next check returns at once, and the daemon's clock moves forward by the
+ * wait's length. The pause of a second after a signal to Keldra shrinks to a hundredth: Keldra
  * needs some time to end. */
 #include "bench/inside/QuickTime.h"
 

@@ -14,7 +14,7 @@ using JsonTree::NestsDeeperThan;
 
 constexpr unsigned kMaxModelNesting = 100;  // deeper ones take the model too long
 
-// A part of the changes, or of the options themselves, which the edit is about to change.
+// A part of the changes, or sometimes of the options that the edit will change.
 OptionsNode RandomSource(Trial& trial) {
     return OptionsNode(
         &RandomPart(trial.input, trial.input.OneIn(4) ? trial.options : trial.changes));
@@ -26,7 +26,7 @@ void RequireEqual(const std::string& found, const std::string& wanted, const std
     }
 }
 
-// A merge or an overlay, held against the model's unless they would take the model too long.
+// Makes a merge or an overlay, and compares the result with the model's unless that takes too long.
 void MergeOrOverlay(Trial& trial) {
     bool modified = false;
     OptionsNodeEdit node(&RandomPart(trial.input, trial.options), &modified);
@@ -94,11 +94,11 @@ void EditOne(Trial& trial) {
     bool modified = false;
     OptionsNodeEdit node(&RandomPart(trial.input, trial.options), &modified);
     const bool done = Edit(trial, node, RandomName(trial.input, node.Value()));
-    // Refused, an edit leaves its message and marks no change.
+    // An edit that is refused has a message and marks no change.
     REQUIRE(modified == done && node.Error().IsEmpty() == done);
 }
 
-// What may fail without a message, or marks no change.
+// Edits that may fail without a message, or mark no change.
 void Remove(Trial& trial) {
     RandomInput& input = trial.input;
     bool modified = false;

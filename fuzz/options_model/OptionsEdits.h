@@ -1,4 +1,4 @@
-// Random edits of an options tree. Merges and overlays must come to what the model says.
+// Random edits of an options tree. Merges and overlays must have the model's result.
 #pragma once
 
 #include "fuzz/options_model/RandomDocument.h"

@@ -20,7 +20,8 @@ bool SelectMember(const char* name) {
     return *name != 'l';
 }
 
-// A getter that fails leaves its output alone and says why; with a default it gives that.
+// A getter that fails leaves its output unchanged and has a message; with a default it returns
+// that.
 template <typename T, typename Get>
 void AskNumber(const OptionsNode& node, const char* name, Get get) {
     constexpr T kBefore = 77;
@@ -55,7 +56,7 @@ void Walk(const OptionsNode& node) {
     REQUIRE(node.SelectMembers(MakeCallback(SelectMember), selected) == !selected.IsEmpty());
 }
 
-// Puts one random question to an options node on the value.
+// Makes one random query of the value.
 void AskOptions(RandomInput& input, const Json::Value& value) {
     const OptionsNode node(&value);
     switch (input.Number(0, 2)) {
@@ -72,7 +73,7 @@ void AskOptions(RandomInput& input, const Json::Value& value) {
 
 MergeCounts ExerciseOptions(const uint8_t* data, size_t size) {
     RandomInput input(data, size);
-    // Nothing is copied on the way: a document may be too deep for that.
+    // Documents are never copied here: one may be too deep for that.
     Trial trial{input, RandomDocument(input), Json::Value(), Json::Value(), {}};
     trial.changes = input.OneIn(4) ? RandomDocument(input) : RandomChanges(input, trial.options);
     trial.arrayIds = RandomArrayIds(input, trial.changes);

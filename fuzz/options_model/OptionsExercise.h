@@ -4,8 +4,8 @@
 
 namespace OptionsModel {
 
-// Puts random questions to random documents and edits them, as the bytes say, until these are used
-// up. Throws std::logic_error where an answer or a result is wrong.
+// Makes random documents from the bytes, queries and edits them until the bytes are used up. Throws
+// std::logic_error when an answer or a result is wrong.
 MergeCounts ExerciseOptions(const uint8_t* data, size_t size);
 
 }  // namespace OptionsModel

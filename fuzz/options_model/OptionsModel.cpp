@@ -4,7 +4,7 @@ namespace OptionsModel {
 
 namespace {
 
-// How an element of the source compares with one of the destination.
+// Results of comparing an element of the source with one of the destination.
 constexpr char kDifferent[] = "different";
 constexpr char kSame[] = "same";
 
@@ -14,22 +14,23 @@ bool Compatible(const Json::Value& old, const Json::Value& next) {
            old.type() == next.type();
 }
 
-// The source in place of the old value, whose comment stays unless the source brings one.
+// The source, with the comment of the old value unless it has one.
 Json::Value Replaced(const Json::Value& old, const Json::Value& source) {
     constexpr auto kSameLine = Json::commentAfterOnSameLine;
     Json::Value result(source);
     if (!source.hasComment(kSameLine) && old.hasComment(kSameLine)) {
-        result.setComment(old.getComment(kSameLine) + "\n", kSameLine);  // which is dropped
+        result.setComment(old.getComment(kSameLine) + "\n",
+                          kSameLine);  // setComment drops the line end
     }
     return result;
 }
 
-// The member, or null for a value that has none of the name.
+// The member, or null if there is none of that name.
 Json::Value Member(const Json::Value& value, const std::string& name) {
     return value.isObject() ? value.get(name, Json::Value()) : Json::Value();
 }
 
-// kDifferent, kSame, or the end of a message.
+// Returns kDifferent, kSame, or the end of an error message.
 std::string Compare(const Json::Value& old, const Json::Value& source, const Json::Value& ids) {
     if (!Compatible(old, source) || !Compatible(old, ids)) {
         return "Array elements not comparable";
@@ -136,7 +137,7 @@ Json::Value Overlay(const Json::Value& value, const Json::Value& source, unsigne
                 levels == 0 ? Replaced(old, source[name]) : Overlay(old, source[name], levels - 1);
         }
     }
-    return Replaced(value, result);  // the comment of a null value is lost on the way
+    return Replaced(value, result);  // an overlay loses the comment of a null value
 }
 
 std::string Merge(Json::Value& value, const Json::Value& source, const Json::Value& ids,

@@ -1,5 +1,5 @@
-// What overlays and merges of options must come to, told a second time: slowly, by plain lookups
-// and copies of whole trees, and without the options library.
+// The right results of overlays and merges of options. A second implementation: slow, with plain
+// lookups and copies of whole trees, and without the options library.
 #pragma once
 
 #include <string>
@@ -11,12 +11,12 @@ namespace OptionsModel {
 // The value after an overlay down to `levels` levels below it.
 Json::Value Overlay(const Json::Value& value, const Json::Value& source, unsigned levels);
 
-// Changes the value as a merge does, and returns its message. After a failure the value is what
-// the merge leaves behind. `path` leads to the value.
+// Changes the value as a merge does, and returns the merge's message. After a failure the value is
+// in the state in which the merge leaves it. `path` is the value's place in the tree.
 std::string Merge(Json::Value& value, const Json::Value& source, const Json::Value& ids,
                   const std::string& path = "");
 
-// Tells values apart by all that they are: types, numbers to the last bit, comments.
+// Equal only for equal values: types, numbers to the last bit, comments.
 std::string Describe(const Json::Value& value);
 
 }  // namespace OptionsModel

@@ -13,7 +13,7 @@ namespace {
 using namespace Quenda::JsonTree;
 
 constexpr unsigned kMaxNesting = Quenda::OptionsNode::kMaxNesting;
-constexpr unsigned kMaxDepth = 5;  // of what is drawn value by value
+constexpr unsigned kMaxDepth = 5;  // of documents that are made value by value
 
 constexpr const char* kNames[] = {"a", "b", "id", "list", "name", ""};
 constexpr const char* kTexts[] = {"0x1F", "017", " 42abc", "-2147483649", "1e999", "nan", "\n\n"};
@@ -37,7 +37,7 @@ Json::Value RandomScalar(RandomInput& input) {
     }
 }
 
-// Puts the value below that many arrays or objects.
+// Puts the value below a random number of arrays or objects.
 void Nest(RandomInput& input, Json::Value& value) {
     const bool arrays = input.Flip();
     for (unsigned left = input.Pick(kDepths); left > 0; --left) {
@@ -51,7 +51,7 @@ Json::Value RandomValue(RandomInput& input, unsigned depth) {
     const unsigned kind = input.Number(0, 15);
     const bool isObject = kind < 6;
     Json::Value value(isObject ? Json::objectValue : Json::arrayValue);
-    // Few enough containers to leave most of the input to what is done with them.
+    // Few containers, so that most of the input remains for queries and edits.
     if (kind >= (depth == 0 ? 12 : 9) || depth == kMaxDepth) {
         value = RandomScalar(input);
     } else {
@@ -85,7 +85,7 @@ void Change(RandomInput& input, Json::Value& value) {
     }
 }
 
-// The changes with some members left out and with one element in each array.
+// A copy of the structure, without some members and with one element in each array.
 Json::Value Mirror(RandomInput& input, const Json::Value& changes) {
     Json::Value ids(changes.type());
     if (changes.isArray() && !changes.empty()) {
@@ -145,10 +145,8 @@ Json::Value RandomArrayIds(RandomInput& input, const Json::Value& changes) {
 
 Json::Value& RandomPart(RandomInput& input, Json::Value& document) {
     Json::Value* part = &document;
-    for (unsigned left = input.Flip() ? input.Number(0, 8) : 0; left > 0; --left) {
-        if (part->size() == 0) {
-            break;
-        }
+    for (unsigned left = input.Flip() ? input.Number(0, 8) : 0; left > 0 && part->size() > 0;
+         --left) {
         const unsigned index = input.Number(0, part->size() - 1);
         part = part->isArray() ? &(*part)[index] : &*std::next(part->begin(), int(index));
     }

@@ -6,21 +6,21 @@
 
 namespace OptionsModel {
 
-// Draws values from bytes, which come from the fuzzer or from a test's random numbers. After the
-// last byte come zeros.
+// Makes values from bytes, which come from the fuzzer or from a test's random numbers. After the
+// last byte, zeros follow.
 class RandomInput {
 public:
-    // The bytes are not owned.
+    // Keeps a pointer to the bytes.
     RandomInput(const uint8_t* data, size_t size) : data_(data), left_(size) {}
 
     bool IsEmpty() const { return left_ == 0; }
-    // Both limits included.
+    // From min to max, both included.
     unsigned Number(unsigned min, unsigned max) { return min + Bits<uint16_t>() % (max - min + 1); }
     bool Flip() { return (Byte() & 1U) != 0; }
-    // False when the bytes have come to their end.
+    // False after the last byte.
     bool OneIn(unsigned chances) { return Byte() % chances == 1; }
 
-    // Of any bits: a double may be infinite or not a number.
+    // Any bits: a double may be infinite or not a number.
     template <typename T>
     T Bits() {
         unsigned char bytes[sizeof(T)];

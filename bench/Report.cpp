@@ -1,7 +1,8 @@
-#include "bench/Row.h"
+#include "bench/Report.h"
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 
 namespace Bench {
 
@@ -14,6 +15,11 @@ bool PrintRow(bool kept, const char* columns, ...) {
     (void)fflush(stdout);
     va_end(arguments);
     return kept;
+}
+
+void Fail(const std::string& reason) {
+    (void)fprintf(stderr, "daemon_bench: %s\n", reason.c_str());
+    exit(2);
 }
 
 }  // namespace Bench
