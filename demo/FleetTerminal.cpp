@@ -23,6 +23,9 @@ using Simulated::SimulatedTerminal;
 
 constexpr char kScript[] = "/usr/sbin/keldra-metrics";
 constexpr char kPage[] = "/run/page";
+// With the two of them and the address as its arguments.
+constexpr char kServe[] = R"(chmod 755 $1 && mkdir -p $2/cgi-bin && ln -s $1 $2/cgi-bin/metrics &&
+    { busybox httpd -f -p $3 -h $2 -c /dev/null & } && echo $! >/run/page.pid)";
 
 Simulated::TerminalOptions Options() {
     const fs::path build = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
@@ -37,11 +40,7 @@ void ServePage(SimulatedTerminal* terminal, const std::string& address) {
     std::ostringstream script;
     script << std::ifstream(KELDRA_METRICS).rdbuf();
     WriteInside(*terminal, kScript, script.str());
-    (void)terminal->Run(
-        {"/bin/sh", "-c",
-         "chmod 755 $1 && mkdir -p $2/cgi-bin && ln -s $1 $2/cgi-bin/metrics &&"
-         "{ busybox httpd -f -p $3 -h $2 -c /dev/null & } && echo $! >/run/page.pid",
-         "sh", kScript, kPage, address});
+    (void)terminal->Run({"/bin/sh", "-c", kServe, "sh", kScript, kPage, address});
 }
 
 std::string SignalPage(Terminal* terminal, const std::string& signal) {
