@@ -15,11 +15,12 @@ struct TimerTest : testing::Test {
 
 TEST_F(TimerTest, TimerIsRearmedAlsoWhenNoMemoryCanBeHad) {
     PeriodicTimer timer("p");
-    timer.Start(0, 100);
+    timer.StartAt({1, 0});  // its period is 1 ms until it gets another
     onAllocation = [] { throw std::bad_alloc(); };
     keeper_.ProcessExpired(timer.Expiry());
     onAllocation = nullptr;
     EXPECT_EQ(keeper_.ActiveCount(), 1U);
+    EXPECT_EQ(timer.Expiry(), TimeValue(1, 1000000));
 }
 
 TEST_F(TimerTest, StartSpreadsTheFirstExpiryOverHalfAPeriod) {
