@@ -6,8 +6,9 @@
 //   options WORDS      the same, with these options of the daemon
 //   monitors          says whether a monitor runs, and whether it is the one of the question before
 //   damage             replaces the daemon's program by standard input
+//   answers COMMAND    makes the daemon's program answer a query with this command's output
 //   await TEXT        waits for a line of the system log
-// Exits with 77 where the host permits no simulated terminal.
+// Exits with 3 where the host permits no simulated terminal.
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -39,6 +40,10 @@ service() {
     /etc/init.d/keldra-monitor "$@") || echo "(exit status $?)"
 }
 damage() { cat >/tmp/new; chmod 755 /tmp/new; mv /tmp/new /usr/sbin/keldra_monitor; }
+answers() {
+  printf '#!/bin/sh\n[ $1 = -i ] || exit\necho >>/tmp/asked\n{ %s; } >&2\n' "$1" | damage
+  rm -rf /var/run/keldra-metrics
+}
 monitors() {
   touch /tmp/monitors
   for stat in /proc/[0-9]*/stat; do
@@ -65,7 +70,7 @@ void Obey(Terminal& terminal, const std::string& line) {
 
 int main() {
     if (std::system("\"" STAND_IN_DIRECTORY "/boot\" --probe") != 0) {
-        return 77;
+        return 3;
     }
     const TempDir files;
     TerminalOptions options;
