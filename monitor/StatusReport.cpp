@@ -155,8 +155,9 @@ void PrintStatusFile() {
     (void)close(fd);  // nothing was written
     (void)fwrite(report.data(), 1, report.size(), stderr);
     if (!IsWholeReport(report)) {
-        fprintf(stderr, "The status file %s is %s: is its disk full?\n", kStatusFile,
-                report.empty() ? "empty" : "incomplete");
+        const bool isCutInALine = !report.empty() && report.back() != '\n';
+        fprintf(stderr, "%sThe status file %s is %s: is its disk full?\n", isCutInALine ? "\n" : "",
+                kStatusFile, report.empty() ? "empty" : "incomplete");
     }
 }
 
