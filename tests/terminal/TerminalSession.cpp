@@ -7,6 +7,7 @@
 //   monitors          says whether a monitor runs, and whether it is the one of the question before
 //   damage             replaces the daemon's program by standard input
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
+//   descriptors        prints how many the monitor of the last question has open between checks
 //   await TEXT        waits for a line of the system log
 // Exits with 3 where the host permits no simulated terminal.
 #include <sys/wait.h>
@@ -43,6 +44,9 @@ damage() { cat >/tmp/new; chmod 755 /tmp/new; mv /tmp/new /usr/sbin/keldra_monit
 answers() {
   printf '#!/bin/sh\n[ $1 = -i ] || exit\necho >>/tmp/asked\n{ %s; } >&2\n' "$1" | damage
   rm -rf /var/run/keldra-metrics
+}
+descriptors() {
+  for i in 1 2 3 4 5; do ls /proc/$(cat /tmp/monitors)/fd | wc -l; sleep 0.1; done | sort -n | sed -n 1p
 }
 monitors() {
   touch /tmp/monitors
