@@ -1,19 +1,52 @@
 #include "core/event/EventLoop.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <climits>
+#include <csignal>
+#include <functional>
 
-#include "core/output/StringWritable.h"
+#include "core/event/FileDescriptorHandler.h"
+#include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
-#include "tests/core/event/LoopFixture.h"
+#include "tests/support/Capture.h"
+#include "tests/support/Descriptors.h"
 
 using namespace Quenda;
 
 namespace {
 
-class EventLoopTest : public LoopFixture {};
+// Calls functions that a test chooses; by default on an event descriptor of its own, which is
+// ready for reading and writing.
+struct EventHandler : FileDescriptorHandler {
+    explicit EventHandler(const char* name, uint32_t events = EPOLLIN, int fd = eventfd(1, 0))
+        : FileDescriptorHandler(name, fd, events) {}
+    void HandleRead() override { Run(onRead); }
+    void HandleWrite() override { Run(onWrite); }
+    // By value: the action may destroy this handler.
+    static void Run(std::function<void()> action) { action(); }
+
+    std::function<void()> onRead = [] {};
+    std::function<void()> onWrite = [] {};
+};
+
+// A loop that is ready to run; knows its epoll descriptor.
+struct EventLoopTest : testing::Test {
+    void SetUp() override {
+        EXPECT_TRUE(loop_.Init());
+        for (const auto& [fd, target] : OpenDescriptors()) {
+            epollFd_ = before_.count(fd) == 0 ? fd : epollFd_;
+        }
+    }
+
+    std::map<int, std::string> before_ = OpenDescriptors();
+    EventLoop loop_;
+    int epollFd_ = -1;
+};
 
 TEST(WaitTimeoutTest, RoundsDownButNeverToABusyPoll) {
     EXPECT_EQ(EventLoop::WaitTimeoutMs({0, 0}), 0);
@@ -64,16 +97,6 @@ TEST_F(EventLoopTest, AnyAdditionOrRemovalSkipsOneWrite) {
     EXPECT_TRUE(handler.SetEvents(EPOLLOUT));
     EXPECT_EQ(poll(), "w");
     EXPECT_FALSE(handler.SetEvents(EPOLLOUT | EPOLLET));  // which nobody may ask for
-    const auto line = [&](const char* counts) {
-        return FormatText("%p fd:%d \"a\" Use Count: %s  WRITE EXCEP \n",
-                          static_cast<void*>(&handler), handler.Fd(), counts);
-    };
-    StringWritable out;
-    handler.Print(&out);
-    loop_.RemoveHandler(&handler);
-    loop_.AddHandler(&handler);
-    handler.Print(&out);
-    EXPECT_EQ(out.Text(), line("4/2") + line("0/0"));
 }
 
 TEST_F(EventLoopTest, HandlersCloseTheirDescriptorsButNotStandardInput) {
@@ -116,6 +139,44 @@ TEST_F(EventLoopTest, FailuresOfTheKernelAreLoggedAndAbsorbed) {
                          "epoll_ctl_del failed on(closed) (%d/%d): Bad file descriptor\n"
                          "closed fcntl() get flags failed: Bad file descriptor\n",
                          e, c, e, c, e, c));
+}
+
+TEST_F(EventLoopTest, OnlyABadDescriptorEndsTheRun) {
+    Capture capture(STDERR_FILENO);
+    dup2(STDERR_FILENO, epollFd_);
+    EXPECT_TRUE(loop_.Poll());
+    close(epollFd_);
+    EXPECT_FALSE(loop_.Run());
+    EXPECT_EQ(capture.Stop(),
+              "EventLoop error Invalid argument (22)\nEventLoop error Bad file descriptor (9)\n"
+              "EventLoop terminated\n");
+}
+
+TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
+    static bool came = false;
+    const auto run = [this] {
+        (void)signal(SIGUSR1, [](int) { came = true; });
+        sigset_t held{};
+        sigaddset(&held, SIGUSR1);
+        BlockSignalsOutsideWindows(held);
+        BlockSignalsOutsideWindows(held);  // by another part of the program
+        EventHandler ready("ready");
+        for (const bool isReady : {false, true}) {
+            came = false;
+            raise(SIGUSR1);
+            EXPECT_FALSE(came);
+            EXPECT_TRUE(loop_.Poll());
+            EXPECT_TRUE(came) << isReady;
+            loop_.AddHandler(&ready);
+        }
+        const SignalWindow window;
+        EXPECT_TRUE(loop_.Poll());  // its window ends inside of this one
+        came = false;
+        raise(SIGUSR1);
+        EXPECT_TRUE(came);
+        _exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
