@@ -46,10 +46,6 @@ struct HealthCheckTest : testing::Test {
 
     bool Check(uint32_t count) {
         dir_.Write("heartbeat", std::string(reinterpret_cast<const char*>(&count), sizeof(count)));
-        return CheckAsIs();
-    }
-
-    bool CheckAsIs() {
         Capture log(2);
         bool read = false;
         heartbeatReader.OnTimeout(0, &read);
@@ -171,17 +167,6 @@ TEST_F(HealthCheckTest, MemoryThatCannotBeHadCostsOneCheckAndLeavesNothingBehind
     EXPECT_GT(givenUp, 3);
     EXPECT_EQ(OpenDescriptors(), before);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), 0);  // Keldra, which runs
-}
-
-TEST_F(HealthCheckTest, RebootThatFindsNoMemoryLeavesTheLedsAsTheyAre) {
-    settings.max_strikes = 0;
-    settings.led_control_script = "/nonexistent/led_ctl.sh";
-    const auto reboot = [] {
-        onAllocation = [] { throw std::bad_alloc(); };  // the command for the LEDs is the first
-        (void)CheckHealth(false);
-    };
-    EXPECT_EXIT(reboot(), testing::ExitedWithCode(0),
-                "Rebooting.*\n.*\nOut of memory: the LEDs are left as they are\n$");
 }
 
 TEST_F(HealthCheckTest, PassingTheMaximumLogsSetsTheLedsAndExits0) {
