@@ -33,39 +33,6 @@ TEST_F(EndToEndStartUpTest, OfTwoStartedAtTheSameMomentOneRemains) {
     }
 }
 
-TEST_F(EndToEndStartUpTest, WhatIsMissingIsReportedAndReplacedWhereItCanBe) {
-    // What is missing, and the messages.
-    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
-        {{"/var/run/quenda"},
-         {"Failed to chdir to /var/run/quenda: No such file or directory",
-          "Please ensure that keldra_monitor is correctly installed", "Keldra is not running!"}},
-        {{kPrimaryOptions},
-         {"Falling back to Keldra's backup options file because the primary options file is "
-          "missing",
-          std::string("/usr/sbin/keldra -cp 23 -cfg ") + kBackupOptions}},
-        {{kPrimaryOptions, kBackupOptions},
-         {"Falling back to Keldra's factory options file because both the primary and backup "
-          "options files are missing",
-          std::string("/usr/sbin/keldra -cp 23 -cfg ") + kFactoryOptions}},
-        {{kPrimaryOptions, kBackupOptions, kFactoryOptions},
-         {"TERMINATING IMMEDIATELY because the primary, backup, and factory Keldra options files "
-          "are missing"}},
-    };
-    for (const auto& [missing, messages] : cases) {
-        PowerOn();
-        for (const auto& path : missing) {
-            ASSERT_TRUE(std::filesystem::remove(terminal_->Path(path))) << path;
-        }
-        StartMonitor();
-        for (const auto& message : messages) {
-            ExpectLog(message);
-        }
-    }
-    // Without any options file the daemon gives up, and the watchdog is left to bite.
-    Expect(Source::kInit, "keldra_monitor has ended: exit status 1");
-    EXPECT_EQ(terminal_->Watchdog().BiteSeconds(), 300U);
-}
-
 TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
     PowerOn();
     (void)RunMonitorInShell(
@@ -90,16 +57,6 @@ TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
     ASSERT_TRUE(terminal_->Signal(daemon, SIGTERM));
     Expect(Source::kInit, "keldra_monitor has ended: exit status 0");
-}
-
-TEST_F(EndToEndStartUpTest, WatchdogThatRefusesIsReportedAndTheChecksGoOn) {
-    PowerOn();
-    const std::string counter = "/run/cpld/watchdog/intial-cnt0";
-    (void)terminal_->Run({"/bin/ln", "-sf", "/dev/full", counter});
-    StartMonitor();
-    ExpectLog("wdStart (245) : WD_READ_ERR");
-    ExpectLog("Keldra started responding again after ");
-    ExpectLog("wdStart (245) : WD_READ_ERR");
 }
 
 TEST_F(EndToEndStartUpTest, EmptyProgramIsReportedAsNoDaemon) {
