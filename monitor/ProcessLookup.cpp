@@ -156,7 +156,7 @@ bool SignalProcessesByName(const char* name, int signal) {
         return false;
     }
     const int32_t self = getpid();
-    (void)std::partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
+    (void)std::stable_partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
     bool allSignalled = true;
     for (const int32_t pid : pids) {
         allSignalled = SignalOne(pid, signal) && allSignalled;

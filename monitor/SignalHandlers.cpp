@@ -81,6 +81,7 @@ void PrepareSignals(bool detached) {
     (void)signal(SIGCHLD, SIG_DFL);
     // Empty handlers, because children would inherit SIG_IGN.
     (void)signal(SIGXFSZ, [](int) {});
+    (void)signal(SIGPIPE, [](int) {});  // in debug mode, the reader of the log may end first
     if (detached) {
         (void)signal(SIGHUP, [](int) {});
     }

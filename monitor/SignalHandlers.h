@@ -3,12 +3,11 @@
 namespace Monitor {
 
 // Call before the daemon detaches itself.
-// - A status request (SIGUSR1) is ignored until its handler is installed, instead of ending the
-// daemon.
-// - The starter's signal state has no effect: children can be waited for even if it ignored
-// SIGCHLD,
-//   and no signal stays blocked, neither in the daemon nor in the programs that it starts.
-// - A write past a file-size limit fails with EFBIG instead of ending the daemon.
+// - A status request (SIGUSR1) is ignored until its handler is installed.
+// - The starter's signal state has no effect: children can be waited for even if SIGCHLD was
+//   ignored, and no signal stays blocked, neither here nor in the programs that are started.
+// - A write past a file-size limit fails with EFBIG, and one to a pipe without a reader with
+//   EPIPE: neither ends the daemon.
 // - A detached daemon has no terminal that could hang up, so it survives SIGHUP.
 void PrepareSignals(bool detached);
 

@@ -9,7 +9,7 @@ constexpr uint64_t Bit(int signal) {
 }
 
 constexpr uint64_t kDaemonsSignals = Bit(SIGINT) | Bit(SIGQUIT) | Bit(SIGUSR1) | Bit(SIGTERM) |
-                                     Bit(SIGTSTP) | Bit(SIGHUP) | Bit(SIGXFSZ);
+                                     Bit(SIGTSTP) | Bit(SIGHUP) | Bit(SIGXFSZ) | Bit(SIGPIPE);
 
 }  // namespace
 

@@ -99,8 +99,8 @@ const std::map<std::string, std::function<bool(Node&, Word, Word, Word)>> kComma
      [](Node& n, Word a, auto...) { return Print(Text(n.GetElement(Number(a)).Value())); }},
     {"print", [](Node& n, auto...) { return PrintPath(n, {}); }},
     {"path",
-     [](Node& n, Word a, Word b, auto) {
-         return PrintPath(n, {a, b});
+     [](Node& n, Word a, Word b, Word c) {
+         return *c == '\0' ? PrintPath(n, {a, b}) : PrintPath(n, {a, b, c});
      }},
     {"members", [](Node& n, Word a, auto...) { return n.ForEachMember(Until<Word>(a)); }},
     {"elements", [](Node& n, Word a, auto...) { return n.ForEachElement(Until<uint32_t>(a)); }},
