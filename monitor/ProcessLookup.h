@@ -12,7 +12,8 @@ namespace Monitor {
 constexpr size_t kProcessNameSize = 256;
 
 // The process's name and its parent, from /proc/PID/stat. False when there is no such process or
-// its line cannot be parsed. A name that itself holds ")" is cut there.
+// its line cannot be parsed. The parser takes the first ")" as the end of the name: for a name that
+// contains one, the result is mostly false.
 bool ReadProcessStat(int32_t pid, char (&name)[kProcessNameSize], int32_t& parentPid);
 // The same from a stat line; only its first 127 bytes count.
 bool ParseProcessStat(const char* line, char (&name)[kProcessNameSize], int32_t& parentPid);

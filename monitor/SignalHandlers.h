@@ -19,7 +19,7 @@ void HoldSignals();
 // new monitor takes over in time, the terminal reboots.
 void InstallSignalHandlers();
 
-// The status query's handlers: SIGINT ends it with exit code 1. SIGUSR1 is ignored, because a
+// The status query's handlers: SIGINT ends it with exit status 1. SIGUSR1 is ignored, because a
 // second query may mistake this one for the monitor.
 void InstallQuerySignalHandler();
 

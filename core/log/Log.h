@@ -16,8 +16,8 @@ void LogError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // standard error, on purpose: the terminal's syslog is kept free of details.
 void LogMessage(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Each log call runs its hook. A hook that replaces another one calls that with its own copy of the
-// arguments.
+// `LogError` calls `plain`, `LogMessage` calls `levelled`. Arguments can be read only once: a hook
+// that also calls the hook that it replaced must give that one a copy of them (va_copy).
 struct LogHooks {
     void (*plain)(const char* format, va_list arguments);
     void (*levelled)(int level, const char* format, va_list arguments);

@@ -22,7 +22,7 @@ public:
     void RemoveSink(Writable* sink) override;
 
     void Trace(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
-    // To every sink, whatever its threshold.
+    // To every sink, regardless of its threshold.
     void TraceAll(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 private:

@@ -45,8 +45,8 @@ public:
 
     // A null source is refused, and so is this node's own value.
     bool AddMember(const char* name, const OptionsNode& source, bool replace);
-    // Sets the member to the whole source, on purpose: not to the source's member of that name,
-    // which must exist nevertheless. This node need not have the member.
+    // Sets this node's member to the whole source; adds the member if there is none. Is refused if
+    // the source has no member of that name, although that member is not used. Both on purpose.
     bool ModifyMember(const char* name, const OptionsNode& source);
     // Also removes a null member, but then returns false, without a message, and counts as no
     // change, on purpose.
