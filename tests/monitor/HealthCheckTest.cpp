@@ -143,6 +143,17 @@ TEST_F(HealthCheckTest, MemoryThatCannotBeHadCostsOneCheckAndLeavesNothingOpen) 
     EXPECT_EQ(OpenDescriptors(), before);
 }
 
+TEST_F(HealthCheckTest, RebootThatFindsNoMemoryLeavesTheLedsAsTheyAre) {
+    settings.max_strikes = 0;
+    settings.led_control_script = "/nonexistent/led_ctl.sh";
+    const auto reboot = [] {
+        onAllocation = [] { throw std::bad_alloc(); };  // the command for the LEDs is the first
+        (void)CheckHealth(false);
+    };
+    EXPECT_EXIT(reboot(), testing::ExitedWithCode(0),
+                "Rebooting.*\n.*\nOut of memory: the LEDs are left as they are\n$");
+}
+
 TEST_F(HealthCheckTest, PassingTheMaximumLogsSetsTheLedsAndExits0) {
     settings.max_strikes = 0;
     settings.led_control_script = "echo >" + dir_.File("leds") + ";:";

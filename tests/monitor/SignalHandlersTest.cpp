@@ -22,6 +22,14 @@ int RunWith(const char* option) {
     return RunMonitor(2, argv);
 }
 
+TEST(RunMonitorTest, WithoutMemoryEndsWithALineAnd1) {
+    const auto start = [] {
+        onAllocation = [] { throw std::bad_alloc(); };
+        _exit(RunWith("-d"));
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(1), "Out of memory: Keldra Monitor ends\n");
+}
+
 TEST(RunMonitorTest, UnreadableProcessTableRefuses) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizers need descriptors themselves";

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <new>
 
+#include "core/signals/SignalWindow.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/Heap.h"
 
@@ -89,6 +90,29 @@ TEST_F(ShellRunnerTest, SignalsCutNeitherTheOutputNorTheWaitShort) {
                         output));
     sigaction(SIGUSR1, &old, nullptr);
     EXPECT_EQ(output, "end\n");
+}
+
+TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAndNotInTheChild) {
+    static int ends[2];
+    const auto run = [] {
+        // A program, since a shell may unblock what it is given.
+        const char* const look[] = {"grep", "-E", "Sig(Blk|Ign|Cgt)", "/proc/self/status"};
+        std::string before, inside;
+        EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, before));
+        sigset_t held{};
+        sigaddset(&held, SIGUSR1);
+        (void)!pipe(ends);
+        (void)signal(SIGUSR1, [](int) { (void)!write(ends[1], "answer\n", 7); });
+        BlockSignalsOutsideWindows(held);
+        EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, inside));
+        EXPECT_EQ(inside, before);
+        // Ends once it was answered in the wait for its output and in the wait for its end.
+        const std::string ask = "kill -USR1 $PPID; read line <&" + std::to_string(ends[0]);
+        EXPECT_TRUE(RunShellCommand(ask + "; exec >&- 2>&-; " + ask, inside));
+        EXPECT_TRUE(RunSystemCommand(ask));
+        _exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ShellRunnerTest, OutputThatFindsNoMemoryLeavesNoDescriptorAndNoChild) {

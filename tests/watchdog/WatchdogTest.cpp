@@ -74,6 +74,8 @@ TEST_F(WatchdogTest, StartWritesTheBytesOfTheBiteTime) {
 }
 
 TEST_F(WatchdogTest, WritesStopAtTheFirstThatFailsAndStopWritesAWholeZero) {
+    std::array<int, WatchdogControl::kSlotCount> none{}, garbage{3, 4, 5, 6, 7, 8, 9, 10};
+    EXPECT_EQ(*new (&garbage) WatchdogDescriptors, none);  // a refusal closes them as they are
     EXPECT_EQ(Start(301), "9 wdStart (245) : WD_INV_ENTRY");
     EXPECT_EQ(Written(), "|||||||");
     EXPECT_EQ(Stop(), "0 ");

@@ -13,6 +13,8 @@
 #include "core/event/FileDescriptorHandler.h"
 #include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
+#include "core/timer/PeriodicTimer.h"
+#include "tests/support/CallbackTo.h"
 #include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
 
@@ -145,6 +147,19 @@ TEST_F(EventLoopTest, OnlyABadDescriptorEndsTheRun) {
               "EventLoop terminated\n");
 }
 
+TEST_F(EventLoopTest, WaitsForTheNextTimerAndNotAtAllForActivities) {
+    Capture capture(STDERR_FILENO);
+    const auto stop = [this](auto...) { return loop_.Stop(), true; };
+    PeriodicTimer timer("t", TimerBase::Callback(new CallbackTo<void(unsigned int, void*)>(stop)));
+    for (int i = 0; i < 150; ++i) {  // minutes, if each took a second
+        timer.Start(1, 3600000);
+        EXPECT_TRUE(loop_.Run());
+    }
+    ActivityHold hold(ActivityHold::CallbackHandle(new CallbackTo<bool(int)>(stop)));
+    loop_.AddActivity(&hold);
+    EXPECT_TRUE(loop_.Run());  // an hour, if it waited for the timer
+}
+
 TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
     static bool came = false;
     const auto run = [this] {
@@ -152,6 +167,7 @@ TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
         sigset_t held{};
         sigaddset(&held, SIGUSR1);
         BlockSignalsOutsideWindows(held);
+        BlockSignalsOutsideWindows(held);  // by another part of the program
         EventHandler ready("ready");
         for (const bool isReady : {false, true}) {
             came = false;
@@ -161,6 +177,11 @@ TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
             EXPECT_TRUE(came) << isReady;
             loop_.AddHandler(&ready);
         }
+        came = false;
+        const SignalWindow window;
+        EXPECT_TRUE(loop_.Poll());  // its window ends inside of this one
+        raise(SIGUSR1);
+        EXPECT_TRUE(came);
         _exit(HasFailure() ? 1 : 0);
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
