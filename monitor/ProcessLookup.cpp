@@ -156,7 +156,10 @@ bool SignalProcessesByName(const char* name, int signal) {
         return false;
     }
     const int32_t self = getpid();
-    (void)std::stable_partition(pids.begin(), pids.end(), [=](int32_t pid) { return pid != self; });
+    const auto own = std::find(pids.begin(), pids.end(), self);
+    if (own != pids.end()) {
+        (void)std::rotate(own, own + 1, pids.end());  // the caller last, the others in their order
+    }
     bool allSignalled = true;
     for (const int32_t pid : pids) {
         allSignalled = SignalOne(pid, signal) && allSignalled;
