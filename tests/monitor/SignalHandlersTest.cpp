@@ -35,7 +35,9 @@ TEST(RunMonitorTest, UnreadableProcessTableRefuses) {
     GTEST_SKIP() << "the sanitizers need descriptors themselves";
 #endif
     const auto start = [] {
-        const rlimit none = {3, 3};
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        const rlimit none = {3, limit.rlim_max};  // valgrind permits no other maximum
         setrlimit(RLIMIT_NOFILE, &none);
         _exit(RunWith("-d"));
     };
