@@ -46,11 +46,16 @@ TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     }
 }
 
-TEST_F(ShellRunnerTest, FailedExecIsExplained) {
+bool isHandlerArmed = false;
+
+TEST_F(ShellRunnerTest, FailedExecIsExplainedAndRunsNoExitHandler) {
+    atexit([] { (void)!write(STDOUT_FILENO, "handler", isHandlerArmed ? 7 : 0); });
     const char* const argv[] = {"name"};
     std::string output;
-    printf("kept back");  // for this process alone to write
+    fflush(stdout);  // valgrind would write in the child what is kept back
+    isHandlerArmed = true;
     EXPECT_FALSE(RunExecCommand("/nonexistent", 1, argv, output));
+    isHandlerArmed = false;
     EXPECT_EQ(output,
               "Failed to exec \"/nonexistent\": No such file or directory\n"
               "Shell command exited with code 1\n");
