@@ -133,7 +133,7 @@ Scene SignalStorm() {
         ": >" +
         waits + "\n[ \"$(pidof keldra_monitor)\" = \"$monitor\" ]";
     return {"signal storm",
-            "200 SIGUSR1 beside a slow launcher",
+            "200 SIGUSR1 during a slow launch",
             "lives, one Keldra",
             Script(script),
             {{Source::kLog, "Keldra is not running!"}, {Source::kKeldra, "is up"}, Recovered()},

@@ -1,4 +1,4 @@
-// What this program and the libraries in it were built from.
+// Build records: the versions of this program and of the libraries in it.
 #include "core/buildinfo/BuildInfoRegistry.h"
 #include "core/output/StdioWritable.h"
 

@@ -1,4 +1,4 @@
-// Callback objects: the modem tells whoever asked to know.
+// Callback objects: a modem reports to a function and to a member function.
 #include "core/callback/Callback.h"
 
 #include <cstdio>

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Whoever reports writes to a sink and does not care which.
+// Writes to any kind of sink.
 void Report(Quenda::Writable& out, int channels) {
     out.Printf("%d channels\n", channels);
 }

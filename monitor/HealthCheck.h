@@ -36,7 +36,7 @@ uint32_t ArmWatchdog(uint32_t biteSeconds);
 // Judges Keldra, re-arms the watchdog, restarts an unhealthy Keldra and starts a missing sshd.
 // Returns whether sshd runs or could be started.
 //
-// When the strikes pass the maximum, it exits the process, and the watchdog reboots the terminal.
+// When the strikes exceed the maximum, it exits the process, and the watchdog reboots the terminal.
 // If memory runs out, it logs a line and stops where it is.
 bool CheckHealth(bool heartbeatRead);
 

@@ -47,7 +47,7 @@ struct Judgement {
     // Heartbeat periods since the last healthy check: the strikes before this check and 1.
     uint32_t silentPeriods;
     bool recovered;  // healthy again after at least one strike
-    bool reboot;     // the strikes passed the maximum
+    bool reboot;     // the strikes exceeded the maximum
 };
 
 // Judges Keldra, whose PID has been looked up.

@@ -23,7 +23,7 @@ struct MonitorSettings {
 // has been read.
 inline MonitorSettings settings;
 
-// What the command line asks for.
+// The request of the command line.
 enum class Request {
     kSupervise,
     kQuery,    // -i

@@ -185,7 +185,7 @@ void UpdateStatusFile() {
                            strerror(errno));
         return;
     }
-    (void)fchmod(fd, kStatusFileMode);  // without it the report is still of use to some
+    (void)fchmod(fd, kStatusFileMode);  // if it fails, some users cannot read the report
     // One write over the old report, then the old rest is cut off: a reader never finds the file
     // empty in between. If the disk is full, the end is missing, and the reader notices.
     const std::string& text = report.Text();

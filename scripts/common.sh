@@ -1,5 +1,5 @@
-# Sourced by each script here. Prints the script's first comment when --help is asked for, and has
-# what several of them need.
+# Sourced by each script here. Prints the script's first comment for --help, and has the functions
+# that several scripts need.
 # shellcheck shell=bash
 set -euo pipefail
 

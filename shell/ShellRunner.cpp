@@ -95,7 +95,7 @@ bool JudgeEnd(int status, std::string& output) {
     return false;
 }
 
-// `shown` stands for the command in the line that explains a failed exec.
+// The line that explains a failed exec names the command as `shown`.
 bool Run(const char* path, char* const* argv, const char* shown, std::string& output) {
     int pipeFds[2];
     if (pipe(pipeFds) == -1) {

@@ -102,6 +102,7 @@ uint32_t wdOpenDevice(const char* path, int flags, int* descriptor, uint32_t* er
     if (path == nullptr) {
         return Store(error, WD_NULL_POINTER);
     }
+    // The mode has no effect. It is kept so that system-call traces of old and new terminals agree.
     *descriptor = open(path, flags, flags);
     return *descriptor < 0 ? Store(error, WD_FILE_NOT_FOUND) : uint32_t{WD_DB_OK};
 }
@@ -163,7 +164,7 @@ uint32_t wdSetWatchdogTime(uint32_t seconds, const WatchdogDescriptors& fds, uin
     if (error == nullptr) {
         return WD_NULL_POINTER;
     }
-    // Deliberate: only the counters and the enable state are checked.
+    // Deliberate: only the counters and the enable state are checked. 0 means not open.
     const auto* const unchecked = fds.begin() + WatchdogControl::kControlReset;
     if (std::find(fds.begin(), unchecked, 0) != unchecked) {
         return Store(error, WD_INV_FD_DESC);

@@ -19,8 +19,8 @@ namespace Quenda {
 
 namespace {
 
-// epoll_pwait delivers signals only while it waits: a loop that always finds something to do, or
-// always fails, would never receive one.
+// epoll_pwait delivers signals only while it waits. Without this, a loop that never waits, because
+// it always has events or always fails, would never receive one.
 void DeliverSignals() {
     const SignalWindow window;
 }

@@ -17,8 +17,8 @@ class Writable;
 
 // The process's single-threaded event loop. Each turn waits with epoll(7) for descriptors and the
 // next timer, and gives deferred work one pass. Handlers and activities are not owned.
-// Signals that the process blocks (SignalWindow) are delivered during the wait, and after each
-// look at the descriptors that did not wait.
+// Signals that the process blocks (SignalWindow) are delivered during the wait. If the turn did not
+// wait, they are delivered before its events.
 class EventLoop {
 public:
     // The process's loop, built on first use and destroyed at exit.

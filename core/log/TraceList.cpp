@@ -54,7 +54,7 @@ void TraceList::TraceAll(const char* format, ...) {
 
 void TraceList::WriteFrom(int level, const char* format, va_list arguments) {
     const auto admits = [level](const Entry& entry) { return entry.level >= level; };
-    // Without a reader nothing is formatted: the watchdog traces on every check.
+    // If no sink takes the level, nothing is formatted: the watchdog traces on every check.
     if (std::none_of(entries_.begin(), entries_.end(), admits)) {
         return;
     }

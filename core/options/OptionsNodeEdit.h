@@ -78,7 +78,7 @@ public:
     bool Merge(const OptionsNode& source, const OptionsNode& arrayIds);
 
 private:
-    // About the edited value. A selection put into this node makes it view another one.
+    // About the edited value. After `SelectMembers` into this node it is not the viewed value.
     bool HoldsObject() const;
     bool HoldsArray() const;
     const Json::Value* FindMember(const char* name) const;

@@ -7,8 +7,8 @@
 
 namespace Quenda {
 
-// Writes to a stdio stream, which its owner flushes and closes. Writes return what fwrite(3)
-// returns.
+// Writes to a stdio stream, which its owner flushes and closes. Writes return the result of
+// fwrite(3).
 class StdioWritable : public Writable {
 public:
     explicit StdioWritable(FILE* stream) : stream_(stream) {}

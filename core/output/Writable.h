@@ -19,8 +19,8 @@ public:
     virtual void RemoveSink(Writable* sink) = 0;
 };
 
-// Some callers pass a level with every text; sinks ignore it. Each kind of sink
-// says what its writes return.
+// Some callers pass a level with every text; sinks ignore it. The result of a write depends on the
+// kind of sink; its header explains it.
 class Writable {
 public:
     Writable() = default;

@@ -18,8 +18,8 @@ public:
     // are started together. A period of 0 counts as 1 ms and is due at once.
     void Start(unsigned int periodMs);
 
-    // Arms the timer one period after its expiry. When the callback started its own timer, that is
-    // the new first expiry: no call comes at that time, only one period later.
+    // Calls the callback and arms the timer one period after its expiry. If the callback calls
+    // `Start`, the next call comes one period after the expiry that `Start` has set.
     void Expire(const TimeValue& now) override;
 
 private:

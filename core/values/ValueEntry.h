@@ -41,8 +41,7 @@ public:
     ValueKind Kind() const { return definition_.kind; }
 
     // Rejects nothing: a text without a number gives 0, a number out of range the nearest limit.
-    // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null
-    // text, or 0.
+    // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text or 0.
     void SetFromText(const char* text);
     void ResetToDefault();
 

@@ -28,12 +28,12 @@ constexpr unsigned int kBeatMs = 200;  // several beats in the shortest timeout
 // Counts up the number in the heartbeat file: 4 bytes in the machine's byte order.
 class Heartbeat {
 public:
-    // Goes on from what a predecessor left, so that the number changes across a restart, too.
+    // Continues from its predecessor's last number, so that a restart changes the number, too.
     bool Open() {
         fd_ = open(kHeartbeatFile, O_RDWR | O_CREAT | O_CLOEXEC, 0644);
         return fd_ != -1 && pread(fd_, &count_, sizeof(count_), 0) != -1;
     }
-    // 0 says "I am in error", and is no count.
+    // 0 means "I am in error" and is not a count.
     bool Beat() {
         if (++count_ == 0) {
             ++count_;
@@ -63,8 +63,8 @@ public:
     void HandleWrite() override {}
 };
 
-// The word behind "-cfg". Which one it is, is the monitor's choice: the primary options file, its
-// backup, or the factory's.
+// The word after "-cfg". The monitor chooses it: the primary, the backup or the factory options
+// file.
 const char* OptionsFile(int argc, char** argv) {
     for (int i = 1; i + 1 < argc; ++i) {
         if (strcmp(argv[i], "-cfg") == 0) {
@@ -90,8 +90,8 @@ int main(int argc, char** argv) {
         LogMessage(0, "No options in \"%s\"\n", options);
         heartbeat.SetInError();
     }
-    // What cannot work at all ends with a status that the monitor logs. The first beat comes before
-    // the launched process ends, for which the monitor waits, and with it the watchdog.
+    // If it cannot start, it exits with a status that the monitor logs. The first beat comes before
+    // the launched process exits: the monitor waits for that exit, and its next check needs a beat.
     if (!heartbeat.Open() || !heartbeat.Beat() || daemon(0, 0) != 0) {
         LogMessage(0, "Cannot start: %s\n", strerror(errno));
         return EXIT_FAILURE;

@@ -1,4 +1,4 @@
-// A program of its own: a timer runs a command, whose output comes back through a pipe.
+// A complete program: a timer runs a command, whose output comes back through a pipe.
 #include <sys/epoll.h>
 #include <unistd.h>
 

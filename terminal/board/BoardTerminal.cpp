@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 // Much longer than either takes, even on a slow host.
 constexpr std::chrono::seconds kBootPatience{120};
 constexpr std::chrono::seconds kCommandPatience{600};  // one command sleeps until a bite is due
-constexpr size_t kLinesKept = 2000;                    // in characters
+constexpr size_t kCharactersKept = 2000;               // of the console's last lines
 
 // The beginnings of the lines of the kernel, the driver, terminal/board/init and the daemon.
 constexpr char kBanner[] = "Linux version ";
@@ -153,7 +153,7 @@ void BoardTerminal::TakeConsole(const std::string& line) {
         return;
     }
     lastLines_ += whole + "\n";
-    if (lastLines_.size() > kLinesKept) {
+    if (lastLines_.size() > kCharactersKept) {
         lastLines_.erase(0, lastLines_.find('\n') + 1);
     }
     if (TakeOff(kEnd, &text)) {

@@ -1,4 +1,4 @@
-/* What the parts of a preloaded library share. */
+/* Shared by the parts of a preloaded library. */
 #ifndef TERMINAL_SIMULATED_CPLD_REDIRECT_H
 #define TERMINAL_SIMULATED_CPLD_REDIRECT_H
 

@@ -56,7 +56,7 @@ TEST_F(StartKeldraTest, LauncherIsWaitedForThroughInterruptions) {
     EXPECT_TRUE(Start("i=0; while [ $((i += 1)) -lt 300 ]; do kill -USR1 $PPID; done"));
     sigaction(SIGUSR1, &old, nullptr);
     EXPECT_EQ(Complaint(), "");
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);  // no zombie bears Keldra's name
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);  // no zombie is left
 }
 
 TEST_F(StartKeldraTest, FailuresAreTold) {

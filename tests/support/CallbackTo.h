@@ -5,7 +5,7 @@
 
 #include "core/callback/Callback.h"
 
-// A callback object for whatever function a test has at hand.
+// A callback object that calls any function object.
 template <typename Signature>
 struct CallbackTo;
 

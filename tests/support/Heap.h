@@ -1,5 +1,5 @@
 #pragma once
 
-// The C++ heap of a program that links test_heap: called before each allocation, when it is set.
-// It may throw std::bad_alloc, and so stand for memory that cannot be had.
+// In a program that links test_heap, operator new calls this before each allocation, if it is set.
+// It may throw std::bad_alloc, as if memory had run out.
 extern void (*onAllocation)();

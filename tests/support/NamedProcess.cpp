@@ -24,7 +24,7 @@ NamedProcess::NamedProcess(const std::string& name) {
     }
     close(ready[1]);
     char byte = 0;
-    (void)!read(ready[0], &byte, 1);  // until it bears its name
+    (void)!read(ready[0], &byte, 1);  // until it has its name
     close(ready[0]);
 }
 

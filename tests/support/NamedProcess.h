@@ -7,8 +7,8 @@
 // A command name that no test running at the same time uses. `prefix`: 8 bytes at most.
 std::string OwnName(const std::string& prefix);
 
-// A child process with a command name of its own (15 bytes at most) that does nothing until it is
-// ended; it is, at the latest, by the destructor.
+// A child process that has the given command name (15 bytes at most) and does nothing. The
+// destructor ends it if it still runs.
 class NamedProcess {
 public:
     explicit NamedProcess(const std::string& name);

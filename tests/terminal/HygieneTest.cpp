@@ -39,7 +39,7 @@ TEST_F(EndToEndHygieneTest, WhatTheDaemonStartsHasNothingOfItAndIsNotItsChild) {
         SCOPED_TRACE(name);
         const pid_t pid = Only(name);
         EXPECT_EQ(terminal_->Run({"/bin/ls", Proc(pid) + "/fd"}).output, "0\n1\n2\n");
-        // The stand-in Keldra blocks SIGQUIT of its own accord, to wait for it.
+        // The stand-in Keldra itself blocks SIGQUIT, to wait for it.
         const uint64_t own = name == "keldra" ? Bit(SIGQUIT) : 0;
         EXPECT_EQ(Signals(pid, "SigBlk:") & ~own, 0U);
         const uint64_t handled = Signals(pid, "SigIgn:") | Signals(pid, "SigCgt:");

@@ -14,7 +14,7 @@ using namespace Quenda;
 
 namespace {
 
-// Control files of its own, empty at first, in the order of their slots.
+// Each test has its own control files, empty at first, in the order of their slots.
 struct WatchdogTest : testing::Test {
     void SetUp() override {
         for (const Slot slot : kFiles) {
@@ -54,7 +54,7 @@ struct WatchdogTest : testing::Test {
     std::map<int, std::string> before_;
 };
 
-// Only the first counter file gets more than a "0"; the traces show what the others stand for.
+// Only the first counter file gets more than a "0"; the traces show the whole values of the others.
 TEST_F(WatchdogTest, StartWritesTheBytesOfTheBiteTime) {
     const std::tuple<uint32_t, std::string, std::string> cases[] = {
         {30, "0xf0", "0x82 0x96 0x5"},

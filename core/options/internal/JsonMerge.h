@@ -12,7 +12,7 @@ namespace Quenda::JsonTree {
 // members of the source change nothing.
 void OverlayValue(Json::Value& destination, const Json::Value& source, uint32_t maxDepth);
 
-// Merges the source's changes into the destination; OptionsNodeEdit::Merge tells the rules. Returns
+// Merges the source's changes into the destination, as OptionsNodeEdit::Merge describes. Returns
 // the message of the failure that ended the merge, or an empty text. Changes made before a failure
 // stay.
 std::string MergeValue(Json::Value& destination, const Json::Value& source,

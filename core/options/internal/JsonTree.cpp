@@ -82,8 +82,8 @@ Json::Value& DemandElement(Json::Value& array, Json::ArrayIndex index) {
 void AssignValue(Json::Value& destination, Json::Value source) {
     destination.swapPayload(source);  // comments stay where they are
     if (source.hasComment(Json::commentAfterOnSameLine)) {
-        // The library drops one line end from each comment that is set. With another one behind it,
-        // a comment that ends with a line end is copied whole.
+        // The library drops a line end from the end of each comment that is set. An additional one
+        // keeps the comment whole.
         SetSameLineComment(destination, source.getComment(Json::commentAfterOnSameLine) + '\n');
     }
 }

@@ -22,8 +22,8 @@ using namespace Quenda;
 
 namespace {
 
-// Calls functions that a test chooses; by default on an event descriptor of its own, which is
-// ready for reading and writing.
+// Calls functions that a test chooses. By default it has a new event descriptor, which is ready
+// for reading and writing.
 struct EventHandler : FileDescriptorHandler {
     explicit EventHandler(const char* name, uint32_t events = EPOLLIN, int fd = eventfd(1, 0))
         : FileDescriptorHandler(name, fd, events) {}

@@ -31,7 +31,7 @@ struct TimerModelTest : testing::Test {
         queue_.emplace(atMs, name);  // behind those of the same time
         expiryMs_[name] = atMs;
     }
-    // An idle one, with a period of its own.
+    // An idle one, whose period depends on its name.
     void Make(char name) {
         Unqueue(name);
         auto& timer = timers_[name];
