@@ -7,8 +7,8 @@
 # Each call adds the last lines of the system log and the monitor's status of that moment to a file,
 # the newest at its end, and then calls the real LED script.
 led_script=/usr/sbin/led_ctl.sh
-file=/sysopt/reboot_reason.log # where both partitions can read it, and no reboot clears it
-size=65536                     # bytes that it keeps; while it is written, twice as many are taken
+file=/sysopt/reboot_reason.log # must be readable from both partitions and survive a reboot
+size=65536                     # bytes at most; while it is written, it takes twice as many
 lines=40                       # of the log, each time
 
 PATH=$PATH:/usr/sbin:/usr/bin:/sbin:/bin
@@ -21,7 +21,7 @@ log() {
 record() {
   echo "=== $(date): $led_script $*"
   log | tail -n "$lines"
-  keldra_monitor -i # answered at once: the monitor waits for this script, and lets signals in
+  keldra_monitor -i # answers at once: the monitor handles signals while it waits for this script
 }
 
 # The old file stays whole until the new one is on flash: the watchdog may bite at any time.
