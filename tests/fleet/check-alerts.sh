@@ -1,5 +1,5 @@
 #!/bin/sh
-# Lets Prometheus's own tool check examples/fleet. Exit status 77: the tool is not here.
+# Checks examples/fleet with Prometheus's own tool. Exit status 77: the tool is not installed.
 set -eu
 cd "$(dirname "$0")/../../examples/fleet"
 promtool=$(command -v promtool) || promtool=../../third_party/prometheus/promtool

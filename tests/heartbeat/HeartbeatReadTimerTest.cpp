@@ -78,7 +78,7 @@ TEST_F(HeartbeatReadTimerTest, UnreadableFileKeepsTheLastCountAndLeaksNothing) {
     EXPECT_FALSE(Check());
     EXPECT_EQ(log_, "HeartbeatReadTimer: Read: Failed to open the heartbeat file " + File() +
                         " for reading: No such file or directory\n");
-    mkfifo(File().c_str(), 0600);  // waits for nobody who writes
+    mkfifo(File().c_str(), 0600);  // must not wait for a writer
     EXPECT_FALSE(Check());
     EXPECT_EQ(OpenDescriptors(), before);
 }

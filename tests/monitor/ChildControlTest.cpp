@@ -64,7 +64,7 @@ TEST_F(StartKeldraTest, FailuresAreTold) {
     EXPECT_EQ(Complaint(), "Keldra failed to start, status: 3\n");
     EXPECT_FALSE(Start("kill -KILL $$"));
     EXPECT_NE(Complaint().find(" did not exit normally!\n"), std::string::npos);
-    // Children that nobody may wait for.
+    // The kernel reaps the children of a process that ignores SIGCHLD: there is no status.
     (void)signal(SIGCHLD, SIG_IGN);
     EXPECT_FALSE(Start(":"));
     (void)signal(SIGCHLD, SIG_DFL);

@@ -39,7 +39,7 @@ struct HealthCheckTest : testing::Test {
         options.SetLeaf("heartbeat_filename", dir_.File("heartbeat"), nullptr);
         ASSERT_TRUE(heartbeatReader.Reload(options));
         ASSERT_TRUE(heartbeatReader.Start());
-        ASSERT_TRUE(heartbeatReader.Stop());  // forgets what the case before has read
+        ASSERT_TRUE(heartbeatReader.Stop());  // forgets the counts of the previous case
         sshd_ = std::make_unique<NamedProcess>(OwnName("ktsshd"));
     }
 
@@ -121,7 +121,7 @@ TEST_F(HealthCheckTest, UnreadableProcessTableIsAStrikeAndKeldraIsStartedAllTheS
     setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(CheckHealth(true));
     setrlimit(RLIMIT_NOFILE, &limit);
-    const std::string text = log.Stop();  // what the shell of the LED script says comes between
+    const std::string text = log.Stop();  // the shell's message about the LED script is between
     EXPECT_EQ(text.find("Keldra's state could not be determined: -1\n"
                         "Strike 2! Keldra has not responded for 4294967294 seconds\n" +
                         kNoWatchdog + "Failed to kill Keldra -1, continuing anyway\n"),

@@ -17,7 +17,7 @@ TEST(JudgementTest, StateComesFromTheFirstFactThatDecides) {
         {-1, {false, true, true}, "Keldra_State_Unknown"},
         {0, {false, true, true}, "Keldra_Not_Running"},
         {1, {false, false, false}, "Keldra_In_Error_State"},  // no heartbeat file
-        {1, {true, true, false}, "Keldra_In_Error_State"},    // the count says so
+        {1, {true, true, false}, "Keldra_In_Error_State"},    // the count is 0
         {1, {true, true, true}, "Keldra_In_Error_State"},
         {1, {true, false, true}, "Keldra_Missed_Heartbeat"},
         {1, {true, false, false}, "Keldra_Up_And_Okay"},

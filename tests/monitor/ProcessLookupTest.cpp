@@ -25,10 +25,10 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
         {"12 (fifteen_letters) D 4194304 0", "fifteen_letters", 4194304},
         {"12 ((sd-pam) S 1 1", "(sd-pam", 1},
         {"(x) S 1", nullptr, 0},                  // no blank in front of the name
-        {" (x) S 1", "x", 1},                     // no digits at all are digits enough
+        {" (x) S 1", "x", 1},                     // the PID's digits may be absent
         {"12 (a) b) S 1 1", nullptr, 0},          // a name that holds ")" is cut there
-        {"12 (keldra) S 1) S 7 1", "keldra", 1},  // and what follows may look right
-        // Nothing beyond 127 bytes is looked at: here the number's last digit.
+        {"12 (keldra) S 1) S 7 1", "keldra", 1},  // and the text after it may look right
+        // Bytes after the first 127 are ignored: here the number's last digit.
         {"12 (" + std::string(115, 'n') + ") S 12345", longName.c_str() + 25, 1234},
         {"12 (keldra", nullptr, 0},
         {"12 (keldra) S", nullptr, 0},

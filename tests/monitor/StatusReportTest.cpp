@@ -21,7 +21,7 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
     ASSERT_TRUE(heartbeatReader.Reload(options));
     ASSERT_TRUE(heartbeatReader.Start());
-    ASSERT_TRUE(heartbeatReader.Stop());  // forgets what another case has read
+    ASSERT_TRUE(heartbeatReader.Stop());  // forgets the counts of another case
     Quenda::StringWritable output;
     WriteStatusReport(&output);
     const std::string& report = output.Text();

@@ -1,8 +1,8 @@
 #!/bin/sh
-# Looks into a package, a .deb or an .ipk: whether it holds all that is to be installed and nothing
-# that acts by itself. Usage: check-package.sh PACKAGE [unoptimised]
+# Checks a package, a .deb or an .ipk: it has all files to install, and no script that starts or
+# stops anything. Usage: check-package.sh PACKAGE [unoptimised]
 set -eu
-# Prints the difference and ends when the input is not the text: expect WHAT TEXT
+# expect WHAT TEXT: if standard input is not the text, prints both and ends.
 expect() {
   seen=$(cat)
   [ "$seen" = "$2" ] || { printf '%s:\n%s\ninstead of\n%s\n' "$1" "$seen" "$2"; exit 1; }
@@ -74,8 +74,8 @@ DYN
 GNU_RELRO
 __stack_chk_fail${checked:+
 $checked}"
-# dpkg's calls: the settings are made once, and kept until a purge. That is its last call, once all
-# files have gone, and takes the links to them along.
+# dpkg's calls: the settings are made once, and kept until a purge. The purge comes last, after all
+# files have been removed, and removes the dangling start links.
 if [ -n "$scripts" ]; then
   export DPKG_ROOT="$scratch/root"
   mkdir -p "$DPKG_ROOT/etc/rc5.d" "$DPKG_ROOT/etc/systemd/system/multi-user.target.wants"

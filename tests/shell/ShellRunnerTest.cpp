@@ -52,7 +52,7 @@ TEST_F(ShellRunnerTest, FailedExecIsExplainedAndRunsNoExitHandler) {
     atexit([] { (void)!write(STDOUT_FILENO, "handler", isHandlerArmed ? 7 : 0); });
     const char* const argv[] = {"name"};
     std::string output;
-    fflush(stdout);  // valgrind would write in the child what is kept back
+    fflush(stdout);  // valgrind would write the buffered text in the child, too
     isHandlerArmed = true;
     EXPECT_FALSE(RunExecCommand("/nonexistent", 1, argv, output));
     isHandlerArmed = false;
@@ -100,7 +100,7 @@ TEST_F(ShellRunnerTest, SignalsCutNeitherTheOutputNorTheWaitShort) {
 TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAndNotInTheChild) {
     static int ends[2];
     const auto run = [] {
-        // A program, since a shell may unblock what it is given.
+        // A program, since a shell may unblock the signals.
         const char* const look[] = {"grep", "-E", "Sig(Blk|Ign|Cgt)", "/proc/self/status"};
         std::string before, inside;
         EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, before));
@@ -111,7 +111,7 @@ TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAndNotInTheChild) {
         BlockSignalsOutsideWindows(held);
         EXPECT_TRUE(RunExecCommand("/bin/grep", 4, look, inside));
         EXPECT_EQ(inside, before);
-        // Ends once it was answered in the wait for its output and in the wait for its end.
+        // Ends after an answer in the wait for its output and in the wait for its end.
         const std::string ask = "kill -USR1 $PPID; read line <&" + std::to_string(ends[0]);
         EXPECT_TRUE(RunShellCommand(ask + "; exec >&- 2>&-; " + ask, inside));
         EXPECT_TRUE(RunSystemCommand(ask));

@@ -16,7 +16,7 @@ NamedProcess::NamedProcess(const std::string& name) {
     if (pid_ == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         prctl(PR_SET_NAME, name.c_str());
-        (void)signal(SIGQUIT, SIG_DFL);  // ignored in what a script has put into background
+        (void)signal(SIGQUIT, SIG_DFL);  // a script's background processes ignore it
         (void)!write(ready[1], "", 1);
         for (;;) {
             pause();

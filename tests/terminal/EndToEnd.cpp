@@ -6,9 +6,9 @@
 
 namespace {
 
-// Nothing ever takes so long; a slow machine is to be waited for.
+// Much longer than anything takes, even on a slow machine.
 constexpr double kDeadlineSeconds = 60;
-// A case that has failed already is only brought to its end.
+// For a case that has already failed: it only has to end.
 constexpr double kImpatientSeconds = 2;
 
 }  // namespace
@@ -89,7 +89,7 @@ int EndToEnd::LogLines(const std::string& text) {
 
 bool EndToEnd::Becomes(const std::function<bool()>& condition) {
     const double deadline = terminal_->Seconds() + kDeadlineSeconds;
-    // Asked once a turn: what has become true, like a single process, may end at any time.
+    // Asked only once a turn: a condition that has become true may become false at any time.
     while (!condition()) {
         if (terminal_->Seconds() >= deadline) {
             return false;

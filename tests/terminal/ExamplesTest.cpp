@@ -1,6 +1,6 @@
 #include "tests/terminal/EndToEnd.h"
 
-// The examples for those who write a Keldra, and for operators, under the real daemon.
+// The examples for authors of a Keldra and for operators, under the real daemon.
 struct EndToEndExamplesTest : EndToEnd {
     bool Has(const std::string& text, const std::string& part) {
         return text.find(part) != std::string::npos;

@@ -45,7 +45,7 @@ TEST_F(EndToEndHygieneTest, WhatTheDaemonStartsHasNothingOfItAndIsNotItsChild) {
         const uint64_t handled = Signals(pid, "SigIgn:") | Signals(pid, "SigCgt:");
         EXPECT_EQ(handled & kDaemonsSignals, 0U);
     }
-    // The daemon has no child left: what it started was adopted by the first process.
+    // The daemon has no child left: the first process has adopted those that it started.
     for (const Process& process : terminal_->Processes()) {
         EXPECT_NE(process.state, 'Z') << process.name;
         EXPECT_NE(process.parent, daemon) << process.name;

@@ -4,7 +4,7 @@
 #include "tests/terminal/EndToEnd.h"
 
 struct EndToEndShutdownTest : EndToEnd {
-    // The daemon shuts down in response to the signal; the last it does is to arm the watchdog.
+    // The daemon shuts down in response to the signal; its last action is to arm the watchdog.
     void ExpectGracefulEnd(int signal) {
         const std::string text = "Keldra Monitor is shutting down gracefully in response to signal";
         ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), signal));

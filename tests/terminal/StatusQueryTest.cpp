@@ -6,9 +6,9 @@ class EndToEndStatusQueryTest : public EndToEnd {};
 
 TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {
     PowerOn();
-    // Requests have to begin after the program is loaded, which nothing could survive: when it
-    // reads the process table in search of another instance. A long table and a low priority
-    // give them time. They go to the script's process group, which nobody else is in.
+    // A signal while the program is loaded would end it. So the requests begin later, when it
+    // searches the process table for another instance. A long table and a low priority give
+    // them time. They go to the script's process group, which has no other member.
     (void)terminal_->Run({"/bin/sh", "-c", "for i in $(seq 500); do sleep 1000 & done"});
     const CommandResult start = RunMonitorInShell(
         "trap : USR1\n"
@@ -44,7 +44,7 @@ TEST_F(EndToEndStatusQueryTest, InterruptEndsTheQueryAlone) {
     const pid_t daemon = Only("keldra_monitor");
     ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
     (void)RunMonitorInShell("{ \"$@\" 2>/tmp/answer; echo $? >/tmp/status; } &", {"-i"});
-    // Its request tells that the query is past its start.
+    // Once the daemon has a pending request, the query has installed its handlers.
     const std::string status = terminal_->Path("/proc/" + std::to_string(daemon) + "/status");
     ASSERT_TRUE(Becomes(
         [&] { return ReadFile(status).find("ShdPnd:\t0000000000000200") != std::string::npos; }));

@@ -7,7 +7,7 @@
 # letters, and dots for all but the first two of seven digits of remaining milliseconds.
 transcript=$1
 shift
-# At once and below the size of a pipe's atomic write, so that no turn of the loop lacks its line.
+# In one write, shorter than a pipe's atomic limit: each turn of the loop then finds its line.
 typed=$(sed -n 's/^> //p' "$transcript")
 {
   printf '%s\n' "$typed" | { "$@" 2>&1; echo "exit status $?"; }

@@ -96,7 +96,7 @@ TEST_F(EventLoopTest, AnyAdditionOrRemovalSkipsOneWrite) {
     EXPECT_EQ(poll(), "r");
     EXPECT_TRUE(handler.SetEvents(EPOLLOUT));
     EXPECT_EQ(poll(), "w");
-    EXPECT_FALSE(handler.SetEvents(EPOLLOUT | EPOLLET));  // which nobody may ask for
+    EXPECT_FALSE(handler.SetEvents(EPOLLOUT | EPOLLET));  // EPOLLET is refused
 }
 
 TEST_F(EventLoopTest, HandlersCloseTheirDescriptorsButNotStandardInput) {

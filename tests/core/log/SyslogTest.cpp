@@ -24,8 +24,8 @@ using namespace Quenda;
 
 namespace {
 
-// A /dev of this process's own; false when that is not permitted. Root may have one at once; others
-// become root in a user namespace of theirs, which is refused to those who are root already.
+// Gives this process its own /dev; false if that is not permitted. Root may mount it at once. Other
+// users first become root in a new user namespace.
 bool MakeOwnDev() {
     const std::string uid = std::to_string(geteuid()), gid = std::to_string(getegid());
     if (unshare(CLONE_NEWNS) == -1 && unshare(CLONE_NEWUSER | CLONE_NEWNS) == -1) {
@@ -46,7 +46,7 @@ int Bind(int type) {
     return bind(fd, reinterpret_cast<const sockaddr*>(&kAddress), sizeof(kAddress)) == 0 ? fd : -1;
 }
 
-// With the lines of other programs, which are empty.
+// Fills the queue with empty lines; the tests ignore them as lines of other programs.
 void FillQueue() {
     for (ssize_t sent = 0; sent != -1;) {
         const int fd = socket(AF_UNIX, SOCK_DGRAM, 0);

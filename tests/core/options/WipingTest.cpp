@@ -9,7 +9,7 @@
 
 namespace {
 
-// Longer than what a std::string keeps within itself.
+// Too long for the buffer inside a std::string.
 #define MARKER "secret-of-the-terminal-"
 constexpr char kValue[] = MARKER "value";
 constexpr char kName[] = MARKER "name";
