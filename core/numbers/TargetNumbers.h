@@ -1,6 +1,6 @@
 // Reads and converts numbers as the terminal's C library and processor do. Its `long` has 32 bits,
-// so a text out of range gives the nearest limit, where a 64-bit workstation would give the low
-// bits of a larger number.
+// so a text beyond 32 bits gives the limit, where a 64-bit workstation would give the low bits of a
+// larger number. A minus negates an unsigned number, and its limit, modulo 2^32.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,8 @@
 namespace Quenda {
 
 // As sscanf(3) with "%i" and "%u", or in the given base: 8, 10, 16, or 0 to detect a leading "0x"
-// or "0". White space before the number is skipped, text after it is ignored. A minus sign negates
-// an unsigned number modulo 2^32. Without a number the result is false, and `value` is unchanged.
+// or "0". White space before the number is skipped, text after it is ignored. Without a number the
+// result is false, and `value` is unchanged.
 bool ScanInt32(const char* text, int32_t& value, int base = 0);
 bool ScanUInt32(const char* text, uint32_t& value, int base = 10);
 

@@ -40,7 +40,8 @@ public:
     const char* Name() const { return definition_.name; }
     ValueKind Kind() const { return definition_.kind; }
 
-    // Rejects nothing: a text without a number gives 0, a number out of range the nearest limit.
+    // Rejects nothing: a text without a number gives 0, a number out of range what StrToInt32 and
+    // StrToUInt32 say.
     // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text or 0.
     void SetFromText(const char* text);
     void ResetToDefault();

@@ -8,7 +8,9 @@
 //   damage             replaces the daemon's program by standard input
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
 //   descriptors        prints how many the monitor of the last question has open between checks
-//   await TEXT        waits for a line of the system log
+//   await TEXT        waits until a line of the system log holds this text
+// A daemon that the service script starts has the terminal's watchdog; one that is started by its
+// name has no watchdog device.
 // Exits with 3 where the host permits no simulated terminal.
 #include <sys/wait.h>
 
