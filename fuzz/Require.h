@@ -1,5 +1,5 @@
-// What must hold after a call. The exception names the function that called. It ends the fuzzer,
-// which keeps the input, or fails a test.
+// Throws if a condition does not hold after a call. The exception names the calling function. It
+// ends the fuzzer, which keeps the input, or fails a test.
 #pragma once
 
 #include <stdexcept>

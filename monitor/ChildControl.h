@@ -1,5 +1,5 @@
-// What the monitor does to other processes. Each operation returns when it is done and logs its
-// own failure. No failure ends the monitor: the next check tries again.
+// The monitor's operations on other processes. Each one returns when it is done and logs its own
+// failure. No failure ends the monitor: the next check tries again.
 #pragma once
 
 #include <cstdint>

@@ -26,7 +26,7 @@ enum class OptionsType : int32_t {
 const char* Text(KeldraState state);
 const char* Text(OptionsType type);
 
-// What the heartbeat reader found in one check.
+// The heartbeat reader's results of one check.
 struct HeartbeatFacts {
     bool read;          // the heartbeat file could be read
     bool inErrorState;  // its count is 0

@@ -31,7 +31,7 @@ enum class Request {
     kNothing,  // it has a mistake, which is on standard error
 };
 
-// Reads the options in the order given. What follows -i or -v is not read.
+// Reads the options in the order given. Arguments after -i or -v are not read.
 Request ParseCommandLine(int argc, char** argv, MonitorSettings& parsed);
 
 // Logs a line at level 0, in debugging mode only.

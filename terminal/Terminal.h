@@ -49,7 +49,7 @@ public:
         const std::vector<std::string>& arguments) const;
     // False if Keldra is the user's own program, which takes no orders.
     virtual bool HasStandInKeldra() const { return true; }
-    // What kind of terminal this is, for the user.
+    // Describes this kind of terminal for the user.
     virtual std::string Description() const = 0;
 
     // Boots from the main partition, without the daemon. False, with the reason, on failure.

@@ -27,7 +27,7 @@ case $1 in
     terminal=/etc/default/keldra_monitor
     ;;
 esac
-# What opkg reads: these three, with gzip.
+# opkg reads these three members, compressed with gzip.
 ar t "$1" | expect archive "debian-binary
 control.tar.gz
 data.tar.gz"

@@ -17,7 +17,7 @@ using namespace Quenda;
 
 namespace {
 
-// Whatever happens, nothing may be left behind: no descriptor and no child.
+// Every case checks that no descriptor and no child is left.
 struct ShellRunnerTest : testing::Test {
     void TearDown() override {
         EXPECT_EQ(OpenDescriptors(), before_);

@@ -11,12 +11,12 @@
 #include "terminal/simulated/SimulatedTerminal.h"
 #include "tests/support/TempDir.h"
 
-// Each case speaks of both.
+// Each case uses names of both.
 using namespace Terminals;
 using namespace Terminals::Simulated;
 
 // A case in which the real daemon runs in a simulated terminal. The case is skipped where the
-// host permits no namespaces. What happened is printed when the case fails.
+// host permits no namespaces. The events are printed when the case fails.
 class EndToEnd : public testing::Test {
 protected:
     void SetUp() override;

@@ -25,7 +25,7 @@ struct WatchdogTest : testing::Test {
     }
     void TearDown() override { EXPECT_EQ(OpenDescriptors(), before_) << "leaked descriptors"; }
 
-    // What was written to the control files, which are empty afterwards.
+    // Returns the texts written to the control files, and empties the files.
     std::string Written() const {
         std::string all;
         for (const Slot slot : kFiles) {
