@@ -1,5 +1,5 @@
 // Shows the daemon at work on a terminal: tells a fixed story, or carries out the user's commands.
-// Exit status: 0 as expected, 1 something else was seen, 2 wrong use, 3 no terminal here.
+// Exit status: 0 as expected, 1 something else was seen, 2 wrong use.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
     std::string reason;
     if (!terminal->PowerOn(&reason)) {
         std::cerr << "the terminal does not come up: " << reason << "\n";
-        return 3;
+        return 1;
     }
     const std::string heartbeat = std::to_string(arguments.heartbeat);
     terminal->Note("the terminal is switched on (" + terminal->Description() +
