@@ -18,10 +18,7 @@ fs::path OwnDirectory() {
 }
 
 Terminals::Simulated::TerminalOptions Describe(const std::string& library) {
-    const fs::path build = OwnDirectory().parent_path();
     Terminals::Simulated::TerminalOptions options;
-    options.monitorProgram = build / "monitor" / "keldra_monitor";
-    options.standInDirectory = build / "terminal" / "standins";
     options.redirectLibrary = OwnDirectory() / library;
     return options;
 }
@@ -35,7 +32,7 @@ BenchTerminal::BenchTerminal(const std::string& library) : terminal_(Describe(li
     }
 }
 
-pid_t BenchTerminal::StartDaemon(const std::vector<std::string>& arguments) {
+pid_t BenchTerminal::StartDaemon(const std::string& arguments) {
     const Terminals::CommandResult result = terminal_.StartMonitor(arguments);
     if (result.status != 0) {
         Fail("the daemon does not start: " + result.output);
@@ -51,7 +48,7 @@ pid_t BenchTerminal::Start(const std::string& program, const std::vector<std::st
     for (const std::string& argument : arguments) {
         line += " " + argument;
     }
-    const auto result = terminal_.Run({"/bin/sh", "-c", line + " >/dev/null 2>&1 &"});
+    const auto result = terminal_.Run(line + " >/dev/null 2>&1 &");
     if (error || result.status != 0) {
         Fail("cannot start " + program + ": " + error.message() + result.output);
     }

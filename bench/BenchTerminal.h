@@ -19,7 +19,7 @@ public:
     Terminals::Simulated::SimulatedTerminal& Terminal() { return terminal_; }
 
     // Starts the daemon and returns its PID.
-    pid_t StartDaemon(const std::vector<std::string>& arguments);
+    pid_t StartDaemon(const std::string& arguments);
     // Starts a program of this folder inside, with the library, and returns its PID.
     pid_t Start(const std::string& program, const std::vector<std::string>& arguments);
     // The oldest process with this command name.

@@ -73,7 +73,7 @@ bool MeasureRun(const char* what, BenchTerminal& bench, pid_t daemon, int checks
 // The first check finds no Keldra and starts it, and all is well from then on.
 bool MeasureHealthy(int checks) {
     BenchTerminal bench("libquick_time.so");
-    const pid_t daemon = bench.StartDaemon({"-h", QUICK_HEARTBEAT_FILE});
+    const pid_t daemon = bench.StartDaemon("-h " QUICK_HEARTBEAT_FILE);
     const bool kept = MeasureRun("healthy", bench, daemon, checks);
     if (Starts(bench) != 1) {
         Fail("the checks were not healthy");
@@ -85,8 +85,8 @@ bool MeasureHealthy(int checks) {
 // the LED script runs. The service script does not start sshd, so it runs each time as well.
 bool MeasureFailing(int checks) {
     BenchTerminal bench("libquick_time.so");
-    const pid_t daemon = bench.StartDaemon(
-        {"-h", "/tmp/no.heartbeat", "-S", "/bin/true", "-X", std::to_string(UINT32_MAX)});
+    const pid_t daemon =
+        bench.StartDaemon("-h /tmp/no.heartbeat -S /bin/true -X " + std::to_string(UINT32_MAX));
     const bool kept = MeasureRun("failing", bench, daemon, checks);
     if (Starts(bench) != checks) {
         Fail("Keldra was not started at every check");

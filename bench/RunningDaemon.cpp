@@ -63,7 +63,7 @@ std::string StatFile(const BenchTerminal& bench, const std::string& process) {
 
 void StartSideBySide(Start& start) {
     BenchTerminal& bench = start.bench;
-    start.daemon = bench.StartDaemon({"-t", "1"});
+    start.daemon = bench.StartDaemon("-t 1");
     if (!bench.Terminal().Await(Source::kLog, "Keldra started responding", kPatienceSeconds)) {
         Fail("the daemon does not bring Keldra up");
     }

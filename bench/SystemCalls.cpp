@@ -22,7 +22,7 @@ std::string WithoutDescriptors(const std::string& line) {
 }  // namespace
 
 std::vector<std::string> TraceOneCheck(BenchTerminal& bench, pid_t pid) {
-    const auto result = bench.Terminal().Run({"/bin/sh", "-c", kTrace + std::to_string(pid)});
+    const auto result = bench.Terminal().Run(kTrace + std::to_string(pid));
     std::ifstream trace(bench.Terminal().Path("/tmp/trace"));
     std::vector<std::string> check;
     std::vector<std::string> whole;

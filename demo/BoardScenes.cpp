@@ -9,7 +9,6 @@
 #include <string>
 
 #include "demo/LifeOfATerminal.h"
-#include "terminal/TerminalLayout.h"
 
 namespace Demo {
 namespace {
@@ -21,7 +20,7 @@ const std::string kMonitor = Terminals::kMonitorProgram;
 // answer, or else what is wrong.
 std::string Obey(Terminal* board, const std::string& script, const std::string& answer = "",
                  int status = 0) {
-    const auto result = board->RunScript(script);
+    const auto result = board->Run(script);
     const bool well = WIFEXITED(result.status) && WEXITSTATUS(result.status) == status &&
                       result.output.find(answer) != std::string::npos;
     if (well) {
@@ -39,7 +38,7 @@ Scene::Action Script(const std::string& script) {
 
 // By the board's clock.
 double Uptime(Terminal* board) {
-    return strtod(board->RunScript("read up rest </proc/uptime; echo $up").output.c_str(), nullptr);
+    return strtod(board->Run("read up rest </proc/uptime; echo $up").output.c_str(), nullptr);
 }
 
 constexpr char kTerminated[] = "the daemon gets SIGTERM";
@@ -183,7 +182,7 @@ Scene StoppedDaemon() {
                 board->Note("the daemon is stopped (SIGSTOP)");
                 return Obey(board, "kill -STOP $(pidof keldra_monitor)");
             },
-            {{Source::kWatchdog, "BITES", Step::Tells::kDetected},
+            {{Source::kWatchdog, "BITES", &Scene::detectSeconds},
              {Source::kSimulator, "backup partition"},
              Recovered()},
             nullptr};

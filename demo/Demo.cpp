@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 
 #include "demo/BoardScenes.h"
 #include "demo/Interactive.h"
 #include "demo/LifeOfATerminal.h"
+#include "demo/Printer.h"
 #include "demo/ResultTable.h"
 #include "terminal/board/BoardTerminal.h"
 #include "terminal/simulated/SimulatedTerminal.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -54,19 +52,15 @@ bool Parse(int argc, char** argv, Arguments* arguments) {
 }
 
 std::unique_ptr<Terminal> Build(const Arguments& arguments) {
-    const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
     if (arguments.target) {
-        const fs::path board = here.parent_path().parent_path() / "board";
-        return std::make_unique<Board::BoardTerminal>(board, arguments.Divisor());
+        return std::make_unique<Board::BoardTerminal>(BOARD_DIRECTORY, arguments.Divisor());
     }
     Simulated::TerminalOptions options;
-    options.monitorProgram = here.parent_path() / "monitor" / "keldra_monitor";
-    options.standInDirectory = here.parent_path() / "terminal" / "standins";
     options.keldraProgram = arguments.keldra;
     return std::make_unique<Simulated::SimulatedTerminal>(options);
 }
 
-int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& printer) {
+bool TellStory(const Arguments& arguments, Terminal* terminal) {
     // Much longer than any step takes, even on a slow host.
     const double patience = 45 + 4.0 * arguments.heartbeat + 300.0 / arguments.Divisor();
     auto scenes = LifeOfATerminal(patience);
@@ -74,21 +68,19 @@ int TellStory(const Arguments& arguments, Terminal* terminal, const Printer& pri
         const auto more = BoardScenes(arguments.Divisor(), arguments.heartbeat, patience);
         scenes.insert(scenes.end() - 1, more.begin(), more.end());
     }
-    Story story(terminal, &printer, patience);
-    const bool passed = story.Tell(scenes);
-    printer.Heading("the story in short");
-    PrintTable(printer, story.Situations(), arguments.heartbeat);
+    const bool passed = Tell(&scenes, terminal, patience);
+    PrintHeading("the story in short");
+    PrintTable(scenes, arguments.heartbeat);
     char line[80];
     (void)snprintf(line, sizeof(line), "%s after %.1f s",
                    passed ? "everything as expected" : "NOT everything as expected",
                    terminal->Seconds());
-    printer.Line(line, passed ? Colour::kGreen : Colour::kRed);
-    if (!arguments.times.empty() &&
-        !WriteTimes(arguments.times, story.Situations(), arguments.heartbeat)) {
+    PrintLine(line, passed ? Colour::kGreen : Colour::kRed);
+    if (!arguments.times.empty() && !WriteTimes(arguments.times, scenes, arguments.heartbeat)) {
         std::cerr << "cannot write " << arguments.times << "\n";
-        return 1;
+        return false;
     }
-    return passed ? 0 : 1;
+    return passed;
 }
 
 }  // namespace
@@ -99,9 +91,8 @@ int main(int argc, char** argv) {
         std::cerr << "wrong use; see scripts/demo --help\n";
         return 2;
     }
-    const Printer printer;
     const auto terminal = Build(arguments);
-    terminal->SetListener([&printer](const Event& event) { printer.Show(event); });
+    terminal->SetListener(PrintEvent);
     std::string reason;
     if (!terminal->PowerOn(&reason)) {
         std::cerr << "the terminal does not come up: " << reason << "\n";
@@ -110,13 +101,12 @@ int main(int argc, char** argv) {
     const std::string heartbeat = std::to_string(arguments.heartbeat);
     terminal->Note("the terminal is switched on (" + terminal->Description() +
                    "); a heartbeat is due every " + heartbeat + " s");
-    const CommandResult start = terminal->StartMonitor({"-t", heartbeat});
+    const CommandResult start = terminal->StartMonitor("-t " + heartbeat);
     if (start.status != 0) {
         std::cerr << "the daemon does not start: " << start.output << "\n";
         return 1;
     }
-    if (arguments.interactive) {
-        return RunInteractive(terminal.get(), printer) ? 0 : 1;
-    }
-    return TellStory(arguments, terminal.get(), printer);
+    const bool passed = arguments.interactive ? RunInteractive(terminal.get())
+                                              : TellStory(arguments, terminal.get());
+    return passed ? 0 : 1;
 }

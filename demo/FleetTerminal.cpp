@@ -7,9 +7,7 @@
 
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 
 #include "terminal/Faults.h"
 #include "terminal/simulated/SimulatedTerminal.h"
@@ -23,28 +21,21 @@ using Simulated::SimulatedTerminal;
 
 constexpr char kScript[] = "/usr/sbin/keldra-metrics";
 constexpr char kPage[] = "/run/page";
-// With the two of them and the address as its arguments.
-constexpr char kServe[] = R"(chmod 755 $1 && mkdir -p $2/cgi-bin && ln -s $1 $2/cgi-bin/metrics &&
+// Its arguments are these two and the address.
+constexpr char kServe[] = R"(
+    chmod 755 $1 && mkdir -p $2/cgi-bin && ln -s $1 $2/cgi-bin/metrics &&
     { busybox httpd -f -p $3 -h $2 -c /dev/null & } && echo $! >/run/page.pid)";
-
-Simulated::TerminalOptions Options() {
-    const fs::path build = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
-    Simulated::TerminalOptions options;
-    options.monitorProgram = build / "monitor" / "keldra_monitor";
-    options.standInDirectory = build / "terminal" / "standins";
-    return options;
-}
 
 // Serves the page, as the package's service script does. A reboot takes it away.
 void ServePage(SimulatedTerminal* terminal, const std::string& address) {
-    std::ostringstream script;
-    script << std::ifstream(KELDRA_METRICS).rdbuf();
-    WriteInside(*terminal, kScript, script.str());
-    (void)terminal->Run({"/bin/sh", "-c", kServe, "sh", kScript, kPage, address});
+    std::error_code ignored;  // without the script there is no page, which demo/fleet notices
+    fs::copy_file(KELDRA_METRICS, terminal->Path(kScript), fs::copy_options::overwrite_existing,
+                  ignored);
+    (void)terminal->Run(std::string("set -- ") + kScript + " " + kPage + " " + address + kServe);
 }
 
 std::string SignalPage(Terminal* terminal, const std::string& signal) {
-    return terminal->RunScript("kill -" + signal + " $(cat /run/page.pid)").output;
+    return terminal->Run("kill -" + signal + " $(cat /run/page.pid)").output;
 }
 
 // Returns "" or the reason why it could not be done.
@@ -66,14 +57,14 @@ int main(int argc, char** argv) {
     if (argc != 3) {
         return 2;
     }
-    SimulatedTerminal terminal(Options());
+    SimulatedTerminal terminal;
     std::string reason;
     if (!terminal.PowerOn(&reason)) {
         std::cerr << "a terminal does not come up: " << reason << "\n";
         return 3;
     }
     ServePage(&terminal, argv[1]);
-    if (terminal.StartMonitor({"-t", argv[2]}).status != 0) {
+    if (terminal.StartMonitor(std::string("-t ") + argv[2]).status != 0) {
         return 1;
     }
     std::array<char, 64> word = {};

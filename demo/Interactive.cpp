@@ -1,15 +1,16 @@
 #include "demo/Interactive.h"
 
 #include <poll.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <vector>
 
+#include "demo/Printer.h"
 #include "terminal/Faults.h"
 
 namespace Demo {
@@ -18,32 +19,6 @@ namespace {
 using namespace Terminals;
 
 volatile std::sig_atomic_t interrupted = 0;
-
-// While this exists, the terminal passes on each key at once and does not show it. Ctrl-C still
-// works.
-class SingleKeys {
-public:
-    SingleKeys() {
-        active_ = tcgetattr(STDIN_FILENO, &saved_) == 0;
-        termios keys = saved_;
-        keys.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
-        if (active_) {
-            (void)tcsetattr(STDIN_FILENO, TCSANOW, &keys);
-        }
-    }
-    SingleKeys(const SingleKeys&) = delete;
-    SingleKeys& operator=(const SingleKeys&) = delete;
-    ~SingleKeys() {
-        if (active_) {
-            (void)tcsetattr(STDIN_FILENO, TCSANOW, &saved_);
-        }
-    }
-    bool Active() const { return active_; }
-
-private:
-    termios saved_ = {};
-    bool active_ = false;
-};
 
 struct Command {
     std::string key;
@@ -54,7 +29,7 @@ struct Command {
 };
 
 std::string QueryStatus(Terminal* terminal) {
-    Printer().Quote(terminal->Run(terminal->MonitorCommand({"-i"})).output);
+    PrintQuote(terminal->Run(terminal->MonitorCommand() + " -i").output);
     return "";
 }
 
@@ -93,35 +68,35 @@ const std::vector<Command>& Commands() {
     return commands;
 }
 
-void Help(const Printer& printer) {
+void Help() {
     for (const Command& command : Commands()) {
-        printer.Line("  " + printer.In(Colour::kBold, command.key) + "  " + command.word +
-                     std::string(10 - command.word.size(), ' ') + command.help);
+        PrintLine("  " + In(Colour::kBold, command.key) + "  " + command.word +
+                  std::string(10 - command.word.size(), ' ') + command.help);
     }
 }
 
 // Carries out a key or a word. False if that is not possible.
-bool Obey(const std::string& input, Terminal* terminal, const Printer& printer) {
+bool Obey(const std::string& input, Terminal* terminal) {
     const auto& all = Commands();
     const auto command = std::find_if(all.begin(), all.end(), [&](const Command& c) {
         return input == c.word || input == c.key;
     });
     if (command == all.end()) {
-        printer.Line("unknown command '" + input + "'; '?' lists the commands", Colour::kYellow);
+        PrintLine("unknown command '" + input + "'; '?' lists the commands", Colour::kYellow);
         return false;
     }
     if (command->word == "help") {
-        Help(printer);
+        Help();
         return true;
     }
-    printer.Line("> " + command->word, Colour::kBold);
+    PrintLine("> " + command->word, Colour::kBold);
     if (command->word != "wait") {
         terminal->Mark();
     }
     const std::string obstacle =
         command->run ? command->run(terminal) : Cause(terminal, command->word);
     if (!obstacle.empty()) {
-        printer.Line("not possible: " + obstacle, Colour::kYellow);
+        PrintLine("not possible: " + obstacle, Colour::kYellow);
     }
     return obstacle.empty();
 }
@@ -144,12 +119,13 @@ bool Read(bool isKeys, std::string* text) {
 
 }  // namespace
 
-bool RunInteractive(Terminal* terminal, const Printer& printer) {
-    Help(printer);
-    const SingleKeys keys;
+bool RunInteractive(Terminal* terminal) {
+    Help();
     (void)signal(SIGINT, [](int) { interrupted = 1; });
     (void)signal(SIGTERM, [](int) { interrupted = 1; });
     terminal->GiveUpWhen([] { return interrupted != 0; });
+    // Each key comes at once and is not shown. Ctrl-C still works.
+    const bool isKeys = isatty(STDIN_FILENO) != 0 && std::system("stty -icanon -echo") == 0;
     std::string text;
     bool isOpen = true;
     bool isDone = true;
@@ -157,16 +133,17 @@ bool RunInteractive(Terminal* terminal, const Printer& printer) {
         if (!terminal->Pump(1000, STDIN_FILENO)) {
             continue;
         }
-        isOpen = Read(keys.Active(), &text);
+        isOpen = Read(isKeys, &text);
         for (size_t end = 0; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
             const std::string input = text.substr(0, end);
             if (input == "x" || input == "quit") {
-                return isDone || keys.Active();
+                isOpen = false;
+                break;
             }
-            isDone = (input.empty() || Obey(input, terminal, printer)) && isDone;
+            isDone = (input.empty() || Obey(input, terminal)) && isDone;
         }
     }
-    return isDone || keys.Active();
+    return isKeys ? std::system("stty icanon echo") == 0 : isDone;
 }
 
 }  // namespace Demo

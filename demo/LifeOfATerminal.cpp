@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "demo/Printer.h"
 #include "terminal/Faults.h"
-#include "terminal/TerminalLayout.h"
 
 namespace Demo {
 namespace {
@@ -15,7 +15,7 @@ constexpr char kRecovery[] = "Keldra started responding again";
 constexpr char kSshdStart[] = "Starting the SSH daemon because it was not detected";
 
 Step Detected(const std::string& text) {
-    return {Source::kLog, text, Step::Tells::kDetected};
+    return {Source::kLog, text, &Scene::detectSeconds};
 }
 
 Step Log(const std::string& text) {
@@ -81,17 +81,17 @@ std::string ReportSaysOkay(Terminal* terminal, double patience) {
     bool isOkay = false;
     while (!isOkay && terminal->Seconds() < deadline && !terminal->IsHopeless()) {
         (void)terminal->Pump(report.empty() ? 0 : 200);
-        report = terminal->Run(terminal->MonitorCommand({"-i"})).output;
+        report = terminal->Run(terminal->MonitorCommand() + " -i").output;
         isOkay = report.find("Keldra State:   Keldra_Up_And_Okay\n") != std::string::npos;
     }
-    Printer().Quote(report);
+    PrintQuote(report);
     return isOkay ? "" : "no healthy state in the answer";
 }
 
 }  // namespace
 
 Step Recovered() {
-    return {Source::kLog, kRecovery, Step::Tells::kRecovered};
+    return {Source::kLog, kRecovery, &Scene::recoverSeconds};
 }
 
 std::string AwaitNoStrike(Terminal* terminal, double patience, const Scene::Action& disturb) {
@@ -147,7 +147,7 @@ std::vector<Scene> LifeOfATerminal(double patience) {
          "started through the service script",
          "started",
          KillSshd,
-         {Detected(kSshdStart), {Source::kSshd, "is up", Step::Tells::kRecovered}}},
+         {Detected(kSshdStart), {Source::kSshd, "is up", &Scene::recoverSeconds}}},
         {"damaged options",
          "backup options after two strikes",
          "backup options",

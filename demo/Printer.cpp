@@ -49,83 +49,70 @@ Colour ColourOf(const std::string& text, Colour usual) {
 }
 
 // Breaks the text at blanks, and within words that are too long, so that it fits between its column
-// and the width.
-std::string Wrap(const std::string& text, size_t width) {
+// and the width of the page.
+std::string Wrap(std::string text) {
+    const size_t room = PageWidth() - kTextColumn;
     std::string result;
-    std::istringstream words(text);
-    std::string word;
-    size_t column = kTextColumn;
-    while (words >> word) {
-        if (column > kTextColumn && column + 1 + word.size() > width) {
-            result += "\n" + std::string(kTextColumn, ' ');
-            column = kTextColumn;
-        } else if (column > kTextColumn) {
-            result += " ";
-            ++column;
-        }
-        for (; column + word.size() > width; word.erase(0, width - column)) {
-            result += word.substr(0, width - column) + "\n" + std::string(kTextColumn, ' ');
-            column = kTextColumn;
-        }
-        result += word;
-        column += word.size();
+    while (text.size() > room) {
+        const size_t blank = text.rfind(' ', room);
+        const size_t end = blank == std::string::npos ? room : blank;
+        result += text.substr(0, end) + "\n" + std::string(kTextColumn, ' ');
+        text.erase(0, blank == std::string::npos ? end : end + 1);
     }
-    return result;
+    return result + text;
 }
 
 }  // namespace
 
-Printer::Printer() {
-    const char* kind = getenv("TERM");
-    colours_ = isatty(STDOUT_FILENO) != 0 && kind != nullptr && strcmp(kind, "dumb") != 0 &&
-               getenv("NO_COLOR") == nullptr;
-    (void)setvbuf(stdout, nullptr, _IOLBF, 0);
-}
-
-size_t Printer::Width() const {
+size_t PageWidth() {
     winsize size = {};
     const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return known ? std::clamp<size_t>(size.ws_col, kNarrowest, kWidest) : kWidest;
 }
 
-std::string Printer::In(Colour colour, const std::string& text) const {
+std::string In(Colour colour, const std::string& text) {
     // These of the 256 colours have about the same contrast on black and on white.
     static constexpr const char* kCodes[] = {
         "", "38;5;243", "1", "38;5;196", "38;5;28", "38;5;130", "38;5;63", "38;5;164", "38;5;30"};
-    const char* code = kCodes[static_cast<int>(colour)];
-    return colours_ && *code != '\0' ? std::string("\x1b[") + code + "m" + text + "\x1b[0m" : text;
+    const char* const code = kCodes[static_cast<int>(colour)];
+    const char* const kind = getenv("TERM");
+    const bool hasColours = isatty(STDOUT_FILENO) != 0 && kind != nullptr &&
+                            strcmp(kind, "dumb") != 0 && getenv("NO_COLOR") == nullptr;
+    return hasColours && *code != '\0' ? std::string("\x1b[") + code + "m" + text + "\x1b[0m"
+                                       : text;
 }
 
-void Printer::Show(const Terminals::Event& event) const {
+void PrintEvent(const Terminals::Event& event) {
     for (const auto& style : kStyles) {
         if (style.source == event.source && !event.routine) {
             char time[16];
             char name[16];
             (void)snprintf(time, sizeof(time), "%8.2f", event.seconds);
             (void)snprintf(name, sizeof(name), "  %-10s", style.name);
-            Line(In(Colour::kDim, time) + In(style.colour, name) + "  " +
-                 In(ColourOf(event.text, style.colour), Wrap(event.text, Width())));
+            PrintLine(In(Colour::kDim, time) + In(style.colour, name) + "  " +
+                      In(ColourOf(event.text, style.colour), Wrap(event.text)));
         }
     }
 }
 
-void Printer::Heading(const std::string& text) const {
-    const size_t used = std::min(text.size() + 5, Width());
-    Line("");
-    Line("--- " + text + " " + std::string(Width() - used, '-'), Colour::kBold);
+void PrintHeading(const std::string& text) {
+    const size_t used = std::min(text.size() + 5, PageWidth());
+    PrintLine("");
+    PrintLine("--- " + text + " " + std::string(PageWidth() - used, '-'), Colour::kBold);
 }
 
-void Printer::Quote(const std::string& text) const {
-    const size_t indent = Width() < 80 ? 2 : kTextColumn;
+void PrintQuote(const std::string& text) {
+    const size_t indent = PageWidth() < 80 ? 2 : kTextColumn;
     std::istringstream lines(text);
     std::string line;
     while (std::getline(lines, line)) {
-        Line(std::string(line.empty() ? 0 : indent, ' ') + line, Colour::kDim);
+        PrintLine(std::string(line.empty() ? 0 : indent, ' ') + line, Colour::kDim);
     }
 }
 
-void Printer::Line(const std::string& text, Colour colour) const {
+void PrintLine(const std::string& text, Colour colour) {
     printf("%s\n", In(text.empty() ? Colour::kPlain : colour, text).c_str());
+    (void)fflush(stdout);
 }
 
 }  // namespace Demo

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <fstream>
-#include <iomanip>
-#include <sstream>
+
+#include "demo/Printer.h"
 
 namespace Demo {
 namespace {
@@ -19,6 +19,16 @@ std::string Time(double seconds, unsigned period) {
     return text;
 }
 
+void PrintRow(const Scene& scene, const std::string& detect, const std::string& recover,
+              Colour colour) {
+    const bool isWide = PageWidth() >= kWidthWithExpected;
+    char row[160];
+    (void)snprintf(row, sizeof(row), "%-17s%-*s%-19s %11s %12s", scene.name.c_str(),
+                   isWide ? 35 : 0, isWide ? scene.expected.c_str() : "", scene.seen.c_str(),
+                   detect.c_str(), recover.c_str());
+    PrintLine(row, colour);
+}
+
 Colour ColourOf(const std::string& result) {
     if (result == "skipped") {
         return Colour::kYellow;
@@ -28,37 +38,26 @@ Colour ColourOf(const std::string& result) {
 
 }  // namespace
 
-void PrintTable(const Printer& printer, const std::vector<Situation>& situations, unsigned period) {
-    const auto row = [&](const std::string& name, const std::string& expected,
-                         const std::string& seen, const std::string& detect,
-                         const std::string& recover) {
-        std::ostringstream line;
-        line << std::left << std::setw(17) << name;
-        if (printer.Width() >= kWidthWithExpected) {
-            line << std::setw(35) << expected;
+void PrintTable(const std::vector<Scene>& scenes, unsigned period) {
+    PrintRow({"situation", "expected", "seen"}, "detect", "recover", Colour::kBold);
+    for (const Scene& scene : scenes) {
+        if (scene.result != nullptr) {
+            PrintRow(scene, Time(scene.detectSeconds, period), Time(scene.recoverSeconds, period),
+                     ColourOf(scene.result));
         }
-        line << std::setw(19) << seen << std::right << ' ' << std::setw(11) << detect << ' '
-             << std::setw(12) << recover;
-        return line.str();
-    };
-    printer.Line(row("situation", "expected", "seen", "detect", "recover"), Colour::kBold);
-    for (const Situation& s : situations) {
-        printer.Line(row(s.name, s.expected, s.seen, Time(s.detectSeconds, period),
-                         Time(s.recoverSeconds, period)),
-                     ColourOf(s.result));
     }
-    printer.Line("times from the fault: s seconds, p heartbeat periods", Colour::kDim);
+    PrintLine("times from the fault: s seconds, p heartbeat periods", Colour::kDim);
 }
 
-bool WriteTimes(const std::string& path, const std::vector<Situation>& situations,
-                unsigned period) {
+bool WriteTimes(const std::string& path, const std::vector<Scene>& scenes, unsigned period) {
+    const auto number = [](double seconds) { return seconds < 0 ? "-" : std::to_string(seconds); };
     std::ofstream file(path);
     file << "situation\tresult\tdetect_seconds\trecover_seconds\theartbeat_seconds\n";
-    for (const Situation& s : situations) {
-        file << s.name << '\t' << s.result << '\t';
-        file << (s.detectSeconds < 0 ? "-" : std::to_string(s.detectSeconds)) << '\t';
-        file << (s.recoverSeconds < 0 ? "-" : std::to_string(s.recoverSeconds)) << '\t';
-        file << period << '\n';
+    for (const Scene& scene : scenes) {
+        if (scene.result != nullptr) {
+            file << scene.name << '\t' << scene.result << '\t' << number(scene.detectSeconds)
+                 << '\t' << number(scene.recoverSeconds) << '\t' << period << '\n';
+        }
     }
     return file.good();
 }

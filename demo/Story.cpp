@@ -2,74 +2,19 @@
 
 #include <algorithm>
 
-#include "terminal/TerminalLayout.h"
+#include "demo/Printer.h"
 
 namespace Demo {
+namespace {
 
-bool Story::Tell(const std::vector<Scene>& scenes) {
-    terminal_->GiveUpWhen(
-        [this] { return terminal_->MonitorEnds(sceneBegin_).size() > endsExpected_; });
-    return std::all_of(scenes.begin(), scenes.end(),
-                       [this](const Scene& scene) { return Play(scene); });
-}
-
-bool Story::Play(const Scene& scene) {
-    printer_->Heading(scene.name + ": " + scene.expected);
-    // The time of the cold start counts from switching on.
-    const bool first = situations_.empty();
-    Situation& situation = situations_.emplace_back();
-    situation.name = scene.name;
-    situation.expected = scene.expected;
-    if (!first) {
-        terminal_->Mark();
-        sceneBegin_ = terminal_->Events().size();
+// Why an event does not come. Events of the scene begin at `from`.
+std::string WhyNot(const std::string& text, const Terminal& terminal, size_t from,
+                   size_t endsExpected) {
+    const auto ends = terminal.MonitorEnds(from);
+    if (ends.size() <= endsExpected) {
+        return "missing: " + text;
     }
-    endsExpected_ = 0;
-    if (scene.ordersStandIn && !terminal_->HasStandInKeldra()) {
-        printer_->Line("skipped: your own program takes no orders", Colour::kYellow);
-        situation.seen = situation.result = "skipped";
-        return true;
-    }
-    const std::string obstacle = scene.cause ? scene.cause(terminal_) : "";
-    if (!obstacle.empty()) {
-        return Surprise(obstacle, &situation);
-    }
-    const double begin = first ? 0 : terminal_->Seconds();
-    for (const Step& step : scene.steps) {
-        endsExpected_ += step.source == Source::kInit ? 1 : 0;
-        if (!Wait(step, begin, &situation)) {
-            return Surprise(WhyNot(step), &situation);
-        }
-    }
-    const std::string surprise = scene.check ? scene.check(terminal_) : "";
-    if (!surprise.empty()) {
-        return Surprise(surprise, &situation);
-    }
-    situation.seen = scene.seen;
-    situation.result = "passed";
-    return true;
-}
-
-bool Story::Wait(const Step& step, double begin, Situation* situation) {
-    const auto event = terminal_->Await(step.source, step.text, patience_);
-    if (!event) {
-        return false;
-    }
-    const double seconds = std::max(0.0, event->seconds - begin);
-    if (step.tells == Step::Tells::kDetected) {
-        situation->detectSeconds = seconds;
-    } else if (step.tells == Step::Tells::kRecovered) {
-        situation->recoverSeconds = seconds;
-    }
-    return true;
-}
-
-std::string Story::WhyNot(const Step& step) const {
-    const auto ends = terminal_->MonitorEnds(sceneBegin_);
-    if (ends.size() <= endsExpected_) {
-        return "missing: " + step.text;
-    }
-    const bool hasNeverCounted = situations_.size() == 1 && !terminal_->HasStandInKeldra();
+    const bool hasNeverCounted = from == 0 && !terminal.HasStandInKeldra();
     return ends.back() +
            (hasNeverCounted
                 ? ": your program has to detach itself and to write a rising 32-bit number to " +
@@ -77,11 +22,57 @@ std::string Story::WhyNot(const Step& step) const {
                 : "");
 }
 
-bool Story::Surprise(const std::string& what, Situation* situation) {
-    printer_->Line("NOT as expected: " + what, Colour::kRed);
-    printer_->Line("expected:        " + situation->expected, Colour::kRed);
-    situation->seen = "NOT that, see above";
-    return false;
+// Returns "" if everything comes as expected, or what is wrong.
+std::string Play(Scene* scene, Terminal* terminal, double patience, bool isFirst) {
+    // The time of the cold start counts from switching on.
+    if (!isFirst) {
+        terminal->Mark();
+    }
+    const size_t from = isFirst ? 0 : terminal->Events().size();
+    size_t endsExpected = 0;  // of the daemon, up to this step
+    terminal->GiveUpWhen(
+        [=, &endsExpected] { return terminal->MonitorEnds(from).size() > endsExpected; });
+    std::string surprise = scene->cause ? scene->cause(terminal) : "";
+    const double begin = isFirst ? 0 : terminal->Seconds();
+    for (const Step& step : scene->steps) {
+        if (!surprise.empty()) {
+            break;
+        }
+        endsExpected += step.source == Source::kInit ? 1 : 0;
+        const auto event = terminal->Await(step.source, step.text, patience);
+        if (!event) {
+            surprise = WhyNot(step.text, *terminal, from, endsExpected);
+        } else if (step.time != nullptr) {
+            scene->*step.time = std::max(0.0, event->seconds - begin);
+        }
+    }
+    if (surprise.empty() && scene->check) {
+        surprise = scene->check(terminal);
+    }
+    terminal->GiveUpWhen(nullptr);
+    return surprise;
+}
+
+}  // namespace
+
+bool Tell(std::vector<Scene>* scenes, Terminal* terminal, double patience) {
+    for (Scene& scene : *scenes) {
+        PrintHeading(scene.name + ": " + scene.expected);
+        if (scene.ordersStandIn && !terminal->HasStandInKeldra()) {
+            PrintLine("skipped: your own program takes no orders", Colour::kYellow);
+            scene.seen = scene.result = "skipped";
+            continue;
+        }
+        const std::string surprise = Play(&scene, terminal, patience, &scene == &scenes->front());
+        scene.result = surprise.empty() ? "passed" : "failed";
+        if (!surprise.empty()) {
+            PrintLine("NOT as expected: " + surprise, Colour::kRed);
+            PrintLine("expected:        " + scene.expected, Colour::kRed);
+            scene.seen = "NOT that, see above";
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace Demo

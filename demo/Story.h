@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "demo/Printer.h"
 #include "terminal/Terminal.h"
 
 namespace Demo {
@@ -12,63 +11,37 @@ namespace Demo {
 using Terminals::Source;
 using Terminals::Terminal;
 
-// An event for which a scene waits, and the meaning of its time.
+struct Scene;
+
+// An event for which a scene waits.
 struct Step {
-    enum class Tells { kNothing, kDetected, kRecovered };
     Source source;
-    std::string text;  // a part of the event's text
-    Tells tells = Tells::kNothing;
+    std::string text;               // a part of the event's text
+    double Scene::*time = nullptr;  // takes the time of the event, if it has a meaning
 };
 
-// A situation that the daemon guards against.
+// A situation that the daemon guards against, and how it ended.
 struct Scene {
     // Returns "", or the reason for which it failed.
     using Action = std::function<std::string(Terminal*)>;
 
     std::string name;
     std::string expected;
-    std::string seen;  // shown if everything came
-    Action cause;      // may be empty
-    std::vector<Step> steps;
+    std::string seen;        // if everything comes
+    Action cause = nullptr;  // may be empty
+    std::vector<Step> steps = {};
     Action check = nullptr;      // after the steps; may be empty
     bool ordersStandIn = false;  // skipped with the user's own Keldra
-};
 
-// The result of one scene. Times are seconds from the fault, negative if the scene has none.
-struct Situation {
-    std::string name;
-    std::string expected;
-    std::string seen;
-    const char* result = "failed";  // or "passed", "skipped"
+    const char* result = nullptr;  // "passed", "skipped" or "failed"; null if not played
+    // Seconds from the fault, negative if the scene has none.
     double detectSeconds = -1;
     double recoverSeconds = -1;
 };
 
-// Plays scenes on a terminal on which the daemon has just been started, and keeps their results. A
-// step may take `patience` seconds; the first surprise, or an unexpected end of the daemon, ends
-// the story.
-class Story {
-public:
-    Story(Terminal* terminal, const Printer* printer, double patience)
-        : terminal_(terminal), printer_(printer), patience_(patience) {}
-
-    // Returns true if everything came as expected.
-    bool Tell(const std::vector<Scene>& scenes);
-
-    const std::vector<Situation>& Situations() const { return situations_; }
-
-private:
-    bool Play(const Scene& scene);
-    bool Wait(const Step& step, double begin, Situation* situation);
-    std::string WhyNot(const Step& step) const;
-    bool Surprise(const std::string& what, Situation* situation);
-
-    Terminal* terminal_;
-    const Printer* printer_;
-    double patience_;
-    std::vector<Situation> situations_;
-    size_t sceneBegin_ = 0;    // the first event of the scene
-    size_t endsExpected_ = 0;  // of the daemon, in this scene and up to this step
-};
+// Plays the scenes on a terminal on which the daemon has just been started, and keeps their
+// results. A step may take `patience` seconds. The first surprise, or an unexpected end of the
+// daemon, ends the story. Returns true if everything came as expected.
+bool Tell(std::vector<Scene>* scenes, Terminal* terminal, double patience);
 
 }  // namespace Demo

@@ -16,7 +16,7 @@ std::string ForEach(Terminal* terminal, const std::string& name, const std::stri
     if (!note.empty()) {
         terminal->Note(note);
     }
-    (void)terminal->RunScript("pids='" + pids + "'; for pid in $pids; do " + command + "; done");
+    (void)terminal->Run("pids='" + pids + "'; for pid in $pids; do " + command + "; done");
     return "";
 }
 
@@ -39,7 +39,7 @@ std::string Order(Terminal* terminal, const std::string& fault) {
 
 std::string Change(Terminal* terminal, const std::string& note, const std::string& script) {
     terminal->Note(note);
-    const CommandResult result = terminal->RunScript(script);
+    const CommandResult result = terminal->Run(script);
     return result.status == 0 ? "" : result.output;
 }
 
@@ -64,7 +64,7 @@ std::string KillSshd(Terminal* terminal) {
 std::string RefuseToStart(Terminal* terminal) {
     // The user's own program is made not executable.
     return Change(terminal, "from now on Keldra cannot start",
-                  terminal->HasStandInKeldra() ? std::string("echo 3 >") + kKeldraRefuses
+                  terminal->HasStandInKeldra() ? std::string("echo refuse >") + kKeldraRefuses
                                                : std::string("chmod 0 ") + kKeldraProgram);
 }
 

@@ -3,52 +3,39 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-
-#include "terminal/TerminalLayout.h"
+#include <utility>
 
 namespace Terminals {
 namespace {
 
 constexpr size_t kTimeStampLength = sizeof("Mon DD HH:MM:SS ") - 1;
 
+// The senders of lines, as they name themselves on either kind of terminal.
 const struct {
     const char* who;
     Source source;
-} kReporters[] = {
-    {"keldra", Source::kKeldra}, {"sshd", Source::kSshd}, {"service", Source::kSshd},
-    {"led", Source::kLed},       {"init", Source::kInit}, {"simulator", Source::kSimulator},
+} kSenders[] = {
+    {"keldra", Source::kKeldra},
+    {"sshd", Source::kSshd},
+    {"led", Source::kLed},
+    {"init", Source::kInit},
+    {"simulator", Source::kSimulator},
+    {"watchdog", Source::kWatchdog},
+    {"keldra_monitor:", Source::kLog},
+    {"cpld_watchdog:", Source::kWatchdog},
 };
 
-// "<PRI>Mon DD HH:MM:SS ident: text".
-Event LogLine(std::string text) {
-    while (text.back() == '\n' || text.back() == '\0') {
-        text.pop_back();
-    }
-    const int priority = static_cast<int>(strtol(text.c_str() + 1, nullptr, 10));
-    const size_t colon = text.find(": ", text.find('>') + 1 + kTimeStampLength);
-    if (colon != std::string::npos) {
-        text.erase(0, colon + 2);
-    }
-    return {0, Source::kLog, priority, false, text};
-}
-
 }  // namespace
-
-std::vector<std::string> Terminal::MonitorCommand(const std::vector<std::string>& arguments) const {
-    std::vector<std::string> command = {kMonitorProgram};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    return command;
-}
 
 bool Terminal::PowerOn(std::string* reason) {
     start_ = std::chrono::steady_clock::now();
     return Boot(reason);
 }
 
-CommandResult Terminal::StartMonitor(const std::vector<std::string>& arguments) {
+CommandResult Terminal::StartMonitor(const std::string& arguments) {
     monitorArguments_ = arguments;
     const size_t before = events_.size();
-    CommandResult result = Run(MonitorCommand(arguments));
+    CommandResult result = Run(MonitorCommand() + " " + arguments);
     // For a shell, an empty program file is a script that succeeds.
     if (result.status == 0 && Pids("keldra_monitor").empty() && MonitorEnds(before).empty()) {
         result = {-1, result.output + "no process is called keldra_monitor"};
@@ -57,8 +44,7 @@ CommandResult Terminal::StartMonitor(const std::vector<std::string>& arguments) 
 }
 
 std::string Terminal::Pids(const std::string& name) {
-    return RunScript(
-               "for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " +
+    return Run("for process in /proc/[0-9]*; do read -r name <$process/comm && [ \"$name\" = " +
                name + " ] && echo ${process#/proc/}; done 2>/dev/null")
         .output;
 }
@@ -76,13 +62,13 @@ std::vector<std::string> Terminal::MonitorEnds(size_t from) const {
 void Terminal::Reboot() {
     std::string reason;
     if (!Boot(&reason)) {
-        Add({0, Source::kInit, -1, false, "the terminal does not come up again: " + reason});
+        Add(Source::kInit, "the terminal does not come up again: " + reason);
         return;
     }
     Note("the terminal comes up from its backup partition");
     const CommandResult start = StartMonitor(monitorArguments_);
     if (start.status != 0) {
-        Add({0, Source::kInit, -1, false, "the daemon does not start: " + start.output});
+        Add(Source::kInit, "the daemon does not start: " + start.output);
     }
 }
 
@@ -114,37 +100,35 @@ double Terminal::Seconds() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
 }
 
-void Terminal::Take(const std::string& datagram) {
-    if (!datagram.empty() && datagram[0] == '<') {
-        Add(LogLine(datagram));
+void Terminal::Take(const std::string& line) {
+    if (line[0] == '<') {
+        const int priority = static_cast<int>(strtol(line.c_str() + 1, nullptr, 10));
+        const size_t colon = line.find(": ", line.find('>') + 1 + kTimeStampLength);
+        const size_t begin = colon == std::string::npos ? 0 : colon + 2;
+        const size_t end = line.find_last_not_of(std::string("\n\0", 2)) + 1;
+        Add(Source::kLog, line.substr(begin, end - begin), priority);
         return;
     }
-    const size_t blank = datagram.find(' ');
-    const std::string who = datagram.substr(0, blank);
-    const std::string what = blank == std::string::npos ? "" : datagram.substr(blank + 1);
-    if (who == "watchdog") {
-        TakeWatchdog(what);
-    }
-    for (const auto& reporter : kReporters) {
-        if (who == reporter.who) {
-            // Of all processes, only the daemon should never end.
-            const bool routine =
-                reporter.source == Source::kInit && what.rfind("keldra_monitor ", 0) != 0;
-            Add({0, reporter.source, -1, routine, what});
+    const size_t blank = line.find(' ');
+    for (const auto& sender : kSenders) {
+        if (blank < line.size() - 1 && line.compare(0, blank, sender.who) == 0) {
+            Add(sender.source, line.substr(blank + 1));
         }
     }
 }
 
-void Terminal::AddWatchdog(const std::string& text) {
-    Add({0, Source::kWatchdog, -1, text == lastOfWatchdog_, text});
-    lastOfWatchdog_ = text;
+// Of all processes, only the daemon should never end. The watchdog is re-armed all the time.
+bool Terminal::IsRoutine(Source source, const std::string& text) {
+    if (source == Source::kWatchdog) {
+        return std::exchange(lastOfWatchdog_, text) == text;
+    }
+    return source == Source::kInit && text.rfind("keldra_monitor ", 0) != 0;
 }
 
-void Terminal::Add(Event event) {
-    event.seconds = Seconds();
-    events_.push_back(event);
+void Terminal::Add(Source source, const std::string& text, int priority) {
+    events_.push_back({Seconds(), source, priority, IsRoutine(source, text), text});
     if (listener_) {
-        listener_(event);
+        listener_(events_.back());
     }
 }
 

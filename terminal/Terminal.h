@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "terminal/TerminalLayout.h"
+
 namespace Terminals {
 
 enum class Source { kLog, kSimulator, kKeldra, kSshd, kLed, kWatchdog, kInit };
@@ -39,26 +41,24 @@ public:
     Terminal& operator=(const Terminal&) = delete;
     virtual ~Terminal() = default;
 
-    // Runs a program inside as root and waits for its end, but not for its background processes.
-    virtual CommandResult Run(const std::vector<std::string>& command) = 0;
+    // Runs a script inside as root, by /bin/sh, and waits for its end, but not for its background
+    // processes. Only the shell's built-in commands are certain to exist.
+    virtual CommandResult Run(const std::string& script) = 0;
     // Adds the events that have happened; without any, waits at most this time for one. Returns
     // true if the descriptor `input` can be read.
     virtual bool Pump(int timeoutMs, int input = -1) = 0;
-    // The command line that runs the daemon on this kind of terminal.
-    virtual std::vector<std::string> MonitorCommand(
-        const std::vector<std::string>& arguments) const;
+    // The shell command that runs the daemon on this kind of terminal; arguments may follow it.
+    virtual std::string MonitorCommand() const { return kMonitorProgram; }
     // False if Keldra is the user's own program, which takes no orders.
     virtual bool HasStandInKeldra() const { return true; }
     // Describes this kind of terminal for the user.
-    virtual std::string Description() const = 0;
+    virtual std::string Description() = 0;
 
     // Boots from the main partition, without the daemon. False, with the reason, on failure.
     bool PowerOn(std::string* reason);
     // Starts the daemon as the terminal's boot does. Returns when the launched process has ended;
     // the status is not 0 if no daemon has come up.
-    CommandResult StartMonitor(const std::vector<std::string>& arguments);
-    // Runs a script inside, by /bin/sh. Only the shell's built-in commands are certain to exist.
-    CommandResult RunScript(const std::string& script) { return Run({"/bin/sh", "-c", script}); }
+    CommandResult StartMonitor(const std::string& arguments);
 
     // The PIDs inside with this command name, one a line.
     std::string Pids(const std::string& name);
@@ -74,7 +74,7 @@ public:
     // Adds the events up to now; `Await` then ignores all of them.
     void Mark();
     // Adds an event of the simulator.
-    void Note(const std::string& text) { Add({0, Source::kSimulator, -1, false, text}); }
+    void Note(const std::string& text) { Add(Source::kSimulator, text); }
     const std::vector<Event>& Events() const { return events_; }
     // Reports of init, from that event on, that the daemon has ended or could not be started.
     std::vector<std::string> MonitorEnds(size_t from) const;
@@ -86,17 +86,15 @@ protected:
     virtual bool Boot(std::string* reason) = 0;
     // Boots from the backup partition after a bite, and starts the daemon as before.
     void Reboot();
-    // Handles a report of the watchdog; by default it becomes an event.
-    virtual void TakeWatchdog(const std::string& text) { AddWatchdog(text); }
-
-    // Handles a datagram that came to the terminal's syslog socket: a log line, "<30>Nov 22
-    // 10:00:00 keldra_monitor: text", or a report of a stand-in, "keldra hangs now".
-    void Take(const std::string& datagram);
-    // A text that the watchdog repeats is routine.
-    void AddWatchdog(const std::string& text);
-    void Add(Event event);
+    // Adds an event for a log line, "<30>Nov 22 10:00:00 keldra_monitor: text", or for a report of
+    // a stand-in or of the watchdog, "keldra hangs now". Ignores a line of any other sender and one
+    // without a text.
+    void Take(const std::string& line);
 
 private:
+    void Add(Source source, const std::string& text, int priority = -1);
+    bool IsRoutine(Source source, const std::string& text);
+
     Listener listener_;
     std::function<bool()> isHopeless_;
     std::chrono::steady_clock::time_point start_;
@@ -105,7 +103,7 @@ private:
     std::map<Source, size_t> next_;
     size_t mark_ = 0;
     std::string lastOfWatchdog_;
-    std::vector<std::string> monitorArguments_;  // what `StartMonitor` was last called with
+    std::string monitorArguments_;  // what `StartMonitor` was last called with
 };
 
 }  // namespace Terminals

@@ -9,7 +9,6 @@ constexpr char kHeartbeatFile[] = "/var/run/quenda/keldra.heartbeat";
 constexpr char kStatusFile[] = "/var/run/quenda/keldra_monitor_status.log";
 constexpr char kPrimaryOptions[] = "/sysopt/config/sat_router/keldra.json";
 constexpr char kBackupOptions[] = "/sysopt/config/sat_router/keldra.json.bak";
-constexpr char kFactoryOptions[] = "/sysopt/factory/keldra_factory.json";
 
 // Files that the simulator adds.
 constexpr char kRedirectLibrary[] = "/run/simulator/libcpld_redirect.so";
@@ -24,7 +23,7 @@ constexpr char kLauncherWatch[] = "/run/simulator/launcher_watch.sh";
 constexpr char kKeldraOrder[] = "/run/simulator/keldra.order.";
 // While this file is not empty, a starting Keldra waits.
 constexpr char kKeldraWaits[] = "/run/simulator/keldra.waits";
-// While this file has an exit status, a starting stand-in Keldra fails with it.
+// While this file is not empty, a starting stand-in Keldra ends with status 3.
 constexpr char kKeldraRefuses[] = "/run/simulator/keldra.fails";
 
 }  // namespace Terminals

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <cstdlib>
 
 #include "terminal/Spawn.h"
@@ -15,34 +14,20 @@
 namespace Terminals::Board {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // Much longer than either takes, even on a slow host.
-constexpr std::chrono::seconds kBootPatience{120};
-constexpr std::chrono::seconds kCommandPatience{600};  // one command sleeps until a bite is due
-constexpr size_t kCharactersKept = 2000;               // of the console's last lines
+constexpr double kBootPatience = 120;
+constexpr double kCommandPatience = 600;  // one command sleeps until a bite is due
+constexpr size_t kCharactersKept = 2000;  // of the console's last lines
 
-// The beginnings of the lines of the kernel, the driver, terminal/board/init and the daemon.
-constexpr char kBanner[] = "Linux version ";
-constexpr char kWatchdog[] = "cpld_watchdog: ";
+// The beginnings of the lines of terminal/board/init.
 constexpr char kOutput[] = "board: ";
 constexpr char kEnd[] = "board ";  // the exit status
-constexpr char kDaemon[] = "keldra_monitor: ";
 
 // Removes the beginning from the text. False if the text begins otherwise.
 bool TakeOff(const std::string& beginning, std::string* text) {
     const bool has = text->compare(0, beginning.size(), beginning) == 0;
     text->erase(0, has ? beginning.size() : 0);
     return has;
-}
-
-// A word, quoted for the shell.
-std::string Quote(const std::string& word) {
-    std::string quoted;
-    for (const char c : word) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return "'" + quoted + "' ";
 }
 
 // Appends everything that can be read. False if the machine is off.
@@ -86,15 +71,13 @@ bool BoardTerminal::Boot(std::string* reason) {
     isUp_ = false;
     text_.clear();
     lastLines_.clear();
+    result_ = {};
+    ++boots_;
     if (!SwitchOn()) {
         *reason = "there is no process or socket left for the machine";
         return false;
     }
-    const unsigned boot = ++boots_;
-    const auto deadline = Clock::now() + kBootPatience;
-    while (!isUp_ && boot == boots_ && console_ >= 0 && Clock::now() < deadline) {
-        (void)Pump(100);
-    }
+    AwaitEnd(kBootPatience);
     if (!isUp_) {
         SwitchOff();
         *reason = "the machine does not boot; its console ends with\n" + lastLines_;
@@ -102,25 +85,26 @@ bool BoardTerminal::Boot(std::string* reason) {
     return isUp_;
 }
 
-CommandResult BoardTerminal::Run(const std::vector<std::string>& command) {
-    std::string script;
-    for (const auto& word : command) {
-        script += Quote(word);
-    }
-    script += "\n---\n";
+CommandResult BoardTerminal::Run(const std::string& script) {
+    const std::string lines = script + "\n---\n";
     result_ = {};
-    hasEnded_ = false;
     // A script is far shorter than the socket's buffer.
-    if (send(console_, script.data(), script.size(), MSG_NOSIGNAL) !=
-        static_cast<ssize_t>(script.size())) {
-        return result_;
+    if (send(console_, lines.data(), lines.size(), MSG_NOSIGNAL) ==
+        static_cast<ssize_t>(lines.size())) {
+        AwaitEnd(kCommandPatience);
     }
+    return result_;
+}
+
+void BoardTerminal::AwaitEnd(double seconds) {
     const unsigned boot = boots_;
-    const auto deadline = Clock::now() + kCommandPatience;
-    while (!hasEnded_ && boot == boots_ && console_ >= 0 && Clock::now() < deadline) {
+    const double deadline = Seconds() + seconds;
+    while (result_.status == -1 && boot == boots_ && console_ >= 0 && Seconds() < deadline) {
         (void)Pump(100);
     }
-    return boot == boots_ ? result_ : CommandResult();
+    if (boot != boots_) {
+        result_ = {};
+    }
 }
 
 bool BoardTerminal::Pump(int timeoutMs, int input) {
@@ -158,23 +142,20 @@ void BoardTerminal::TakeConsole(const std::string& line) {
     }
     if (TakeOff(kEnd, &text)) {
         result_.status = W_EXITCODE(static_cast<int>(strtol(text.c_str(), nullptr, 10)), 0);
-        isUp_ = hasEnded_ = true;
-    } else if (TakeOff(kWatchdog, &text)) {
-        AddWatchdog(text);
-    } else if (kernel_.empty() && TakeOff(kBanner, &text)) {
-        kernel_ = text.substr(0, text.find(' '));
-    } else if (TakeOff(kDaemon, &text)) {
-        Take("<29>Jan  1 00:00:00 " + (kDaemon + text));  // the form in which it came to syslog
+        isUp_ = true;
     } else {
-        Take(text);  // a report of a stand-in; other lines of the kernel are ignored
+        Take(text);  // other lines of the kernel are ignored
     }
 }
 
-std::string BoardTerminal::Description() const {
+std::string BoardTerminal::Description() {
+    const std::string kernel =
+        Run("read name word release rest </proc/version; echo $release").output;
     const std::string sooner = divisor_ == 1 ? ""
                                              : "; its watchdog bites " + std::to_string(divisor_) +
                                                    " times sooner than it says";
-    return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " + kernel_ + sooner;
+    return "a PowerPC e500mc, emulated by qemu, big-endian, 32 bits; Linux " +
+           kernel.substr(0, kernel.find('\n')) + sooner;
 }
 
 }  // namespace Terminals::Board

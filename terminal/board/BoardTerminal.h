@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "terminal/Terminal.h"
 
@@ -19,16 +18,17 @@ public:
         : directory_(std::filesystem::absolute(directory)), divisor_(divisor) {}
     ~BoardTerminal() override { SwitchOff(); }
 
-    // The status is -1 also if the machine restarts before the command ends.
-    CommandResult Run(const std::vector<std::string>& command) override;
+    // The status is -1 also if the machine restarts before the script ends.
+    CommandResult Run(const std::string& script) override;
     bool Pump(int timeoutMs, int input = -1) override;
-    // Complete only after the first boot.
-    std::string Description() const override;
+    std::string Description() override;
 
 private:
     bool Boot(std::string* reason) override;
     bool SwitchOn();
     void SwitchOff();
+    // Waits for the end of a script or of the boot, which init reports alike.
+    void AwaitEnd(double seconds);
     void TakeConsole(const std::string& line);
 
     std::string directory_;
@@ -36,12 +36,10 @@ private:
     pid_t emulator_ = -1;
     int console_ = -1;  // ends when the machine restarts, which the emulator does not do
     unsigned boots_ = 0;
-    std::string kernel_;
     std::string lastLines_;  // of the console, for the reason of a failed boot
     std::string text_;       // of the console, not yet a whole line
     bool isUp_ = false;
-    bool hasEnded_ = false;  // whether the command of `Run` has ended
-    CommandResult result_;
+    CommandResult result_;  // of the last script; its status is -1 before its end
 };
 
 }  // namespace Terminals::Board

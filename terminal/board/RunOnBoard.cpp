@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
     std::cerr << "the board is " << board.Description() << "\n";
     bool passed = true;
     for (int i = 2; i < argc; ++i) {
-        const auto result = board.RunScript(argv[i]);
+        const auto result = board.Run(argv[i]);
         std::cout << result.output << std::flush;
         if (result.status != 0) {
             std::cerr << "status " << result.status << " of: " << argv[i] << "\n";

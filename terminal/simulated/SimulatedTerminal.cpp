@@ -31,13 +31,13 @@ std::string PathOf(int fd) {
 }  // namespace
 
 SimulatedTerminal::SimulatedTerminal(TerminalOptions options) : options_(std::move(options)) {
-    const std::string standIns = options_.standInDirectory + "/";
+    const std::string standIns = STAND_IN_DIRECTORY "/";
     const std::string& package = options_.packageDirectory;
     const std::string& keldra = options_.keldraProgram;
     const std::string& library = options_.redirectLibrary;
     // The script and its arguments, in the order that it expects.
     Keep(standIns + "boot");
-    Keep(package.empty() ? options_.monitorProgram : package + kMonitorProgram);
+    Keep(package.empty() ? MONITOR_PROGRAM : package + kMonitorProgram);
     Keep(keldra.empty() ? standIns + "stand_in_keldra" : keldra);
     Keep(library.empty() ? standIns + "libcpld_report.so" : library);
     for (const char* name : {"announce", "launcher_watch.sh", "led_ctl.sh", "service",
@@ -70,7 +70,7 @@ bool SimulatedTerminal::Boot(std::string* reason) {
     if (!up) {
         PowerOff();
     } else if (!HasStandInKeldra()) {
-        (void)RunScript(std::string(kLauncherWatch) + " >/dev/null &");
+        (void)Run(std::string(kLauncherWatch) + " >/dev/null &");
     }
     return up;
 }
@@ -94,10 +94,10 @@ void SimulatedTerminal::PowerOff() {
     watchdog_ = {};
 }
 
-CommandResult SimulatedTerminal::Run(const std::vector<std::string>& command) {
+CommandResult SimulatedTerminal::Run(const std::string& script) {
     CommandResult result;
     const int output = memfd_create("output", MFD_CLOEXEC);
-    const pid_t pid = sandbox_.Start(command, output);
+    const pid_t pid = sandbox_.Start({"/bin/sh", "-c", script}, output);
     const int end = pid > 0 ? static_cast<int>(syscall(SYS_pidfd_open, pid, 0)) : -1;
     while (end >= 0 && !Pump(20, end)) {
     }
@@ -120,46 +120,25 @@ bool SimulatedTerminal::Pump(int timeoutMs, int input) {
     std::array<char, 2048> datagram = {};
     ssize_t count = 0;
     while ((count = recv(syslog_, datagram.data(), datagram.size(), 0)) >= 0) {
-        Take(std::string(datagram.data(), static_cast<size_t>(count)));
+        const std::string report(datagram.data(), static_cast<size_t>(count));
+        // "cpld FILE TEXT": the text was written to that control file of the watchdog.
+        Take(report.rfind("cpld ", 0) == 0 ? watchdog_.Write(report.substr(5), Seconds()) : report);
     }
-    TakeTime();
-    return ready > 0 && fds[1].revents != 0;
-}
-
-// "FILE TEXT": the text was written to that control file of the watchdog.
-void SimulatedTerminal::TakeWatchdog(const std::string& text) {
-    const size_t blank = text.find(' ');
-    const std::string news =
-        watchdog_.Write(text.substr(0, blank), text.substr(blank + 1), Seconds());
-    if (!news.empty()) {
-        AddWatchdog(news);
-    }
-}
-
-void SimulatedTerminal::TakeTime() {
-    const std::string line = watchdog_.Tick(Seconds());
-    if (!line.empty()) {
-        AddWatchdog(line);
-    }
+    Take(watchdog_.Tick(Seconds()));
     if (watchdog_.HasBitten()) {
         Reboot();
     }
+    return ready > 0 && fds[1].revents != 0;
 }
 
-std::vector<std::string> SimulatedTerminal::MonitorCommand(
-    const std::vector<std::string>& arguments) const {
-    // The library removes itself from the environment, so programs that the daemon starts run
-    // without it.
-    std::vector<std::string> command = {"/usr/bin/env",
-                                        std::string("LD_PRELOAD=") + kRedirectLibrary};
-    for (const std::string& word : Terminal::MonitorCommand(arguments)) {
-        command.push_back(word);
-    }
-    return command;
+// The library removes itself from the environment, so programs that the daemon starts run without
+// it.
+std::string SimulatedTerminal::MonitorCommand() const {
+    return std::string("/usr/bin/env LD_PRELOAD=") + kRedirectLibrary + " " + kMonitorProgram;
 }
 
 bool SimulatedTerminal::Signal(pid_t pid, int signal) {
-    return RunScript("kill -" + std::to_string(signal) + " " + std::to_string(pid)).status == 0;
+    return Run("kill -" + std::to_string(signal) + " " + std::to_string(pid)).status == 0;
 }
 
 std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const {

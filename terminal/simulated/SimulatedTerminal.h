@@ -6,21 +6,18 @@
 #include <vector>
 
 #include "terminal/Terminal.h"
-#include "terminal/TerminalLayout.h"
 #include "terminal/simulated/Sandbox.h"
 #include "terminal/simulated/StandInWatchdog.h"
 
 namespace Terminals::Simulated {
 
-// The parts of a simulated terminal; all paths are paths on the host.
+// The parts of a simulated terminal that are not as usual; all paths are paths on the host.
 struct TerminalOptions {
-    std::string monitorProgram;  // the daemon
-    // An unpacked package of the daemon, or "". Its program replaces monitorProgram, and its
+    // An unpacked package of the daemon, or "". Its program replaces the one of this build, and its
     // /etc/init.d and /etc/default replace those of the host.
     std::string packageDirectory;
-    std::string standInDirectory;  // stand-ins for the terminal's programs and scripts
-    std::string keldraProgram;     // empty for the stand-in
-    std::string redirectLibrary;   // empty for the one that reports every write
+    std::string keldraProgram;    // empty for the stand-in
+    std::string redirectLibrary;  // empty for the one that reports every write
 };
 
 // A process inside, with the PIDs that are seen inside.
@@ -36,29 +33,25 @@ struct Process {
 class SimulatedTerminal : public Terminal {
 public:
     // Copies all programs: a build must not change them before the next boot.
-    explicit SimulatedTerminal(TerminalOptions options);
+    explicit SimulatedTerminal(TerminalOptions options = {});
     ~SimulatedTerminal() override;
 
-    CommandResult Run(const std::vector<std::string>& command) override;
+    CommandResult Run(const std::string& script) override;
     bool Pump(int timeoutMs, int input = -1) override;
-    std::vector<std::string> MonitorCommand(
-        const std::vector<std::string>& arguments) const override;
+    std::string MonitorCommand() const override;
     bool HasStandInKeldra() const override { return options_.keldraProgram.empty(); }
-    std::string Description() const override { return "namespaces of this host"; }
+    std::string Description() override { return "namespaces of this host"; }
 
     bool Signal(pid_t pid, int signal);
     // The path on the host of a file inside; it does not follow absolute symbolic links inside.
     std::string Path(const std::string& inside) const { return sandbox_.Path(inside); }
     // The processes inside with this command name, or all for "", sorted by PID.
     std::vector<Process> Processes(const std::string& name = "") const;
-    const StandInWatchdog& Watchdog() const { return watchdog_; }
 
 private:
     bool Boot(std::string* reason) override;
-    void TakeWatchdog(const std::string& text) override;
     void Keep(const std::string& path);
     bool BindSyslog(std::string* reason);
-    void TakeTime();
     void PowerOff();
 
     TerminalOptions options_;

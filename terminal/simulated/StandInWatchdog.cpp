@@ -1,27 +1,25 @@
 #include "terminal/simulated/StandInWatchdog.h"
 
+#include <map>
+
 namespace Terminals::Simulated {
 namespace {
 
 constexpr unsigned kCountdownLines = 6;
 
-// The byte is the lowest one of the count for that bite time, at 3.125 MHz.
-unsigned SecondsOfFirstCounter(const std::string& text) {
-    if (text == "0xf0") {
-        return 30;
-    }
-    if (text == "0xe0") {
-        return 60;
-    }
-    return text == "0x60" ? 300 : 0;
-}
+// By the lowest byte of the count for that bite time, at 3.125 MHz.
+const std::map<std::string, unsigned> kBiteSeconds = {{"0xf0", 30}, {"0xe0", 60}, {"0x60", 300}};
 
 }  // namespace
 
-std::string StandInWatchdog::Write(const std::string& file, const std::string& text, double now) {
+std::string StandInWatchdog::Write(const std::string& write, double now) {
+    const size_t blank = write.find(' ');
+    const std::string file = write.substr(0, blank);
     if (file == "intial-cnt0") {
-        chosenSeconds_ = SecondsOfFirstCounter(text);
-        return chosenSeconds_ != 0 ? "" : "no bite time begins with the byte " + text;
+        const std::string byte = write.substr(blank + 1);
+        const auto found = kBiteSeconds.find(byte);
+        chosenSeconds_ = found != kBiteSeconds.end() ? found->second : 0;
+        return chosenSeconds_ != 0 ? "" : "watchdog no bite time begins with the byte " + byte;
     }
     // The library writes control-all twice for one start; the second write is ignored.
     if (file != "control-all" || chosenSeconds_ == 0) {
@@ -31,7 +29,7 @@ std::string StandInWatchdog::Write(const std::string& file, const std::string& t
     chosenSeconds_ = 0;
     linesLeft_ = kCountdownLines;
     nextLine_ = now + static_cast<double>(biteSeconds_) / kCountdownLines;
-    return "armed with " + std::to_string(biteSeconds_) + " s";
+    return "watchdog armed with " + std::to_string(biteSeconds_) + " s";
 }
 
 std::string StandInWatchdog::Tick(double now) {
@@ -39,11 +37,13 @@ std::string StandInWatchdog::Tick(double now) {
         return "";
     }
     --linesLeft_;
-    nextLine_ = linesLeft_ > 0 ? nextLine_ + static_cast<double>(biteSeconds_) / kCountdownLines
-                               : std::numeric_limits<double>::infinity();
-    return linesLeft_ > 0
-               ? "bites in " + std::to_string(linesLeft_ * biteSeconds_ / kCountdownLines) + " s"
-               : "BITES: the terminal reboots";
+    if (linesLeft_ == 0) {
+        nextLine_ = std::numeric_limits<double>::infinity();
+        return "watchdog BITES: the terminal reboots";
+    }
+    nextLine_ += static_cast<double>(biteSeconds_) / kCountdownLines;
+    return "watchdog bites in " + std::to_string(linesLeft_ * biteSeconds_ / kCountdownLines) +
+           " s";
 }
 
 }  // namespace Terminals::Simulated

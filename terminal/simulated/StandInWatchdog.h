@@ -9,9 +9,9 @@ namespace Terminals::Simulated {
 // and bites. All times are seconds on the caller's clock.
 class StandInWatchdog {
 public:
-    // Handles a write to a control file. Returns a line for the user, or "". Only the value of the
-    // first counter arrives whole: this byte selects the bite time.
-    std::string Write(const std::string& file, const std::string& text, double now);
+    // Handles a write to a control file, "FILE TEXT". Returns a line for the user, or "". Only the
+    // value of the first counter arrives whole: this byte selects the bite time.
+    std::string Write(const std::string& write, double now);
 
     // Returns the next line of the countdown if it is due, or "". A line comes every sixth of the
     // bite time, so a watchdog that is re-armed in time stays silent. The last line is the bite.
@@ -21,8 +21,6 @@ public:
     double NextLine() const { return nextLine_; }
     // True after the bite, until the next arming.
     bool HasBitten() const { return linesLeft_ == 0; }
-    // 0 before the first arming.
-    unsigned BiteSeconds() const { return biteSeconds_; }
 
 private:
     unsigned chosenSeconds_ = 0;  // by the first counter, in force with the next start

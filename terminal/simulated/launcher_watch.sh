@@ -8,9 +8,9 @@ while sleep 3; do
         read -r by <"/proc/$parent/comm" || continue
         [ "$name $by" = "(keldra) keldra_monitor" ] || continue
         if [ "$pid" = "$before" ]; then
-            exec /run/simulator/announce simulator "the launcher of your program (PID $pid) has not" \
-                "ended for some seconds. The daemon waits for its end and supervises nothing" \
-                "meanwhile. Keldra must detach itself, as by daemon(3), and its launcher must end with 0"
+            exec /run/simulator/announce simulator "the launcher of your program (PID $pid) has not \
+ended for some seconds. The daemon waits for its end and supervises nothing meanwhile. Keldra must detach \
+itself, as by daemon(3), and its launcher must end with 0"
         fi
         before=$pid
     done

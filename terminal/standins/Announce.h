@@ -1,10 +1,16 @@
-#pragma once
+/* How programs inside the terminal tell the simulator what they do. */
+#ifndef TERMINAL_STANDINS_ANNOUNCE_H
+#define TERMINAL_STANDINS_ANNOUNCE_H
 
-#include <string>
+#ifdef __cplusplus
+extern "C" {
+#endif
 
-namespace Terminals {
+/* Reports an event: the name of the sender and a text. */
+void Announce(const char* who, const char* what);
 
-// Reports an event to the simulator: the name of the sender and a text.
-void Announce(const std::string& who, const std::string& what);
+#ifdef __cplusplus
+}
+#endif
 
-}  // namespace Terminals
+#endif

@@ -15,9 +15,9 @@ namespace {
 void ReportEnd(const siginfo_t& child) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(child.si_pid) + "/comm"), name);
-    const char* const how = child.si_code == CLD_EXITED ? "exit status " : "signal ";
+    name += child.si_code == CLD_EXITED ? " has ended: exit status " : " has ended: signal ";
     // Reported before it is reaped: once a process is gone, its report has been sent.
-    Terminals::Announce("init", name + " has ended: " + how + std::to_string(child.si_status));
+    Announce("init", (name + std::to_string(child.si_status)).c_str());
     (void)waitpid(child.si_pid, nullptr, 0);
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 using namespace Terminals;
 
-constexpr int kRefused = 3;
 // Short, so that the count mostly changes even between an overdue check and the next one.
 constexpr timespec kPeriod = {0, 20000000};
 
@@ -31,16 +30,13 @@ const struct {
     {"ignore", "hangs now and ignores SIGQUIT"},
 };
 
-// Returns the exit status of a start that is refused, with the reason, or 0.
-int Objection(const std::string& optionsFile, std::string* why) {
-    int status = 0;
-    if (std::ifstream(kKeldraRefuses) >> status) {
-        *why = "refuses to start";
-    } else if (!optionsFile.empty() && std::ifstream(optionsFile).get() != '{') {
-        *why = "refuses to start with damaged options in " + optionsFile;
-        status = kRefused;
+// Returns the reason for which this Keldra refuses to start, or "".
+std::string Objection(const std::string& optionsFile) {
+    if (std::ifstream(kKeldraRefuses).get() != EOF) {
+        return "refuses to start";
     }
-    return status;
+    const bool isDamaged = !optionsFile.empty() && std::ifstream(optionsFile).get() != '{';
+    return isDamaged ? "refuses to start with damaged options in " + optionsFile : "";
 }
 
 // Replaces the heartbeat file by a rename: a reader sees the old count or the new one.
@@ -88,12 +84,12 @@ int main(int argc, char** argv) {
     }
     // keldra -cp 23 [-cfg FILE]
     const std::string optionsFile = argc == 5 ? argv[4] : "";
-    std::string text = optionsFile.empty() ? "is up" : "is up, options " + optionsFile;
-    const int objection = Objection(optionsFile, &text);
-    Announce("keldra", text);
-    if (objection != 0) {
-        return objection;
+    const std::string objection = Objection(optionsFile);
+    if (!objection.empty()) {
+        Announce("keldra", objection.c_str());
+        return 3;
     }
+    Announce("keldra", (optionsFile.empty() ? "is up" : "is up, options " + optionsFile).c_str());
     // Each Keldra has different counts.
     uint32_t count = static_cast<uint32_t>(getpid()) * 100000;
     std::string order;

@@ -38,38 +38,32 @@ void EndToEnd::TearDown() {
     }
 }
 
-void EndToEnd::PowerOn(TerminalOptions options) {
-    options.monitorProgram = MONITOR_PROGRAM;
-    options.standInDirectory = STAND_IN_DIRECTORY;
+void EndToEnd::PowerOn(const TerminalOptions& options) {
     terminal_ = std::make_unique<SimulatedTerminal>(options);
     std::string reason;
     ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;
 }
 
-void EndToEnd::StartMonitor(const std::vector<std::string>& arguments) {
+void EndToEnd::StartMonitor(const std::string& arguments) {
     if (!terminal_) {
         ASSERT_NO_FATAL_FAILURE(PowerOn());
     }
-    std::vector<std::string> all = {"-t", "1"};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    const CommandResult start = terminal_->StartMonitor(all);
+    const CommandResult start = terminal_->StartMonitor("-t 1 " + arguments);
     ASSERT_EQ(start.status, 0) << start.output;
 }
 
-void EndToEnd::StartHealthy(const std::vector<std::string>& arguments) {
+void EndToEnd::StartHealthy(const std::string& arguments) {
     ASSERT_NO_FATAL_FAILURE(StartMonitor(arguments));
     ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
 }
 
-CommandResult EndToEnd::RunMonitorInShell(const std::string& script,
-                                          const std::vector<std::string>& arguments) {
-    std::vector<std::string> command = terminal_->MonitorCommand(arguments);
-    command.insert(command.begin(), {"/bin/sh", "-c", script, "sh"});
-    return terminal_->Run(command);
+CommandResult EndToEnd::RunMonitorInShell(const std::string& script, const std::string& arguments) {
+    return terminal_->Run("set -- " + terminal_->MonitorCommand() + " " + arguments + "\n" +
+                          script);
 }
 
 void EndToEnd::StartInDebugMode(const std::string& timeout) {
-    (void)RunMonitorInShell("\"$@\" 2>/tmp/debug.log &", {"-d", "-t", timeout});
+    (void)RunMonitorInShell("\"$@\" 2>/tmp/debug.log &", "-d -t " + timeout);
     ExpectLog("Starting the main event loop");
 }
 

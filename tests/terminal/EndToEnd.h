@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "terminal/Faults.h"
 #include "terminal/simulated/SimulatedTerminal.h"
@@ -22,21 +21,20 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // Switches a terminal on, without the daemon. The options' paths are filled in.
-    void PowerOn(TerminalOptions options = {});
+    // Switches a terminal on, without the daemon.
+    void PowerOn(const TerminalOptions& options = {});
     // Starts the daemon with a heartbeat of one second and these arguments added, in a terminal
     // that is switched on if it was not.
-    void StartMonitor(const std::vector<std::string>& arguments = {"-X", "50"});
+    void StartMonitor(const std::string& arguments = "-X 50");
     // Does so and waits until Keldra is healthy for the first time.
-    void StartHealthy(const std::vector<std::string>& arguments = {"-X", "50"});
+    void StartHealthy(const std::string& arguments = "-X 50");
 
     // Starts the daemon in debug mode, in a terminal that is on, and waits until it is set up.
     // Its standard error goes to /tmp/debug.log.
     void StartInDebugMode(const std::string& timeout);
     // Runs a shell script inside, in a terminal that is on: "$@" is the daemon's command line.
-    CommandResult RunMonitorInShell(const std::string& script,
-                                    const std::vector<std::string>& arguments);
-    CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand({"-i"})); }
+    CommandResult RunMonitorInShell(const std::string& script, const std::string& arguments);
+    CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand() + " -i"); }
 
     // Each waits for a line that contains the text, generously, and fails when it does not come.
     bool ExpectLog(const std::string& text) { return Expect(Source::kLog, text); }

@@ -13,7 +13,7 @@ TEST_F(EndToEndExamplesTest, SmallKeldraDoesAllThatIsAskedOfIt) {
     PowerOn(options);
     StartHealthy();
     // Without its options it is in error, until it is started with the backup's.
-    ASSERT_EQ(terminal_->RunScript(std::string(">") + kPrimaryOptions).status, 0);
+    ASSERT_EQ(terminal_->Run(std::string(">") + kPrimaryOptions).status, 0);
     terminal_->Mark();
     ASSERT_TRUE(terminal_->Signal(Only("keldra"), SIGKILL));
     ExpectLog("Keldra is not running!");
@@ -26,17 +26,17 @@ TEST_F(EndToEndExamplesTest, SmallKeldraDoesAllThatIsAskedOfIt) {
 
 TEST_F(EndToEndExamplesTest, ReasonOfARebootIsKeptWithTheStatusOfThatMoment) {
     PowerOn();
-    const CommandResult prepared = terminal_->RunScript(
+    const CommandResult prepared = terminal_->Run(
         "mkdir -p /var/log && seq -f 'line %g' 100 >/var/log/messages && "
         "head -c 70000 /dev/zero | tr '\\0' x >/sysopt/reboot_reason.log");
     ASSERT_EQ(prepared.status, 0) << prepared.output;
     const std::string script = ReadFile(KEEP_REBOOT_REASON);
     ASSERT_TRUE(WriteInside(*terminal_, "/usr/sbin/keep-reboot-reason.sh", script));
-    (void)terminal_->RunScript("chmod 755 /usr/sbin/keep-reboot-reason.sh");
-    StartMonitor({"-X", "0", "-L", "/usr/sbin/keep-reboot-reason.sh"});
+    (void)terminal_->Run("chmod 755 /usr/sbin/keep-reboot-reason.sh");
+    StartMonitor("-X 0 -L /usr/sbin/keep-reboot-reason.sh");
     Expect(Source::kWatchdog, "armed with 30 s");  // for the reboot
     Expect(Source::kLed, "all error");
-    const std::string kept = terminal_->RunScript("cat /sysopt/reboot_reason.log").output;
+    const std::string kept = terminal_->Run("cat /sysopt/reboot_reason.log").output;
     EXPECT_EQ(kept.size(), 65536U);
     EXPECT_TRUE(Has(kept, "x=== "));
     EXPECT_FALSE(Has(kept, "\nline 60\n"));

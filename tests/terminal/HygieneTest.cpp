@@ -28,17 +28,17 @@ TEST_F(EndToEndHygieneTest, WhatTheDaemonStartsHasNothingOfItAndIsNotItsChild) {
     const CommandResult start = RunMonitorInShell(
         "exec bash -c 'ulimit -n 4096; exec 9>/tmp/held 2000>&9; exec env --block-signal \"$@\"' "
         "sh \"$@\"",
-        {"-t", "1"});
+        "-t 1");
     ASSERT_EQ(start.status, 0) << start.output;
     ExpectLog("Keldra started responding again after");
     const pid_t daemon = Only("keldra_monitor");
-    const std::string open = terminal_->Run({"/bin/ls", "-l", Proc(daemon) + "/fd"}).output;
+    const std::string open = terminal_->Run("ls -l " + Proc(daemon) + "/fd").output;
     EXPECT_EQ(open.find("/tmp/held"), std::string::npos) << open;
     EXPECT_EQ(Signals(daemon, "SigCgt:") & kDaemonsSignals, kDaemonsSignals);
     for (const std::string name : {"keldra", "sshd"}) {
         SCOPED_TRACE(name);
         const pid_t pid = Only(name);
-        EXPECT_EQ(terminal_->Run({"/bin/ls", Proc(pid) + "/fd"}).output, "0\n1\n2\n");
+        EXPECT_EQ(terminal_->Run("ls " + Proc(pid) + "/fd").output, "0\n1\n2\n");
         // The stand-in Keldra itself blocks SIGQUIT, to wait for it.
         const uint64_t own = name == "keldra" ? Bit(SIGQUIT) : 0;
         EXPECT_EQ(Signals(pid, "SigBlk:") & ~own, 0U);

@@ -11,7 +11,7 @@ TEST_F(EndToEndMetricsTest, PrometheusTakesThemAsTheyAre) {
     }
     StartHealthy();
     ASSERT_TRUE(WriteInside(*terminal_, "/usr/sbin/keldra-metrics", ReadFile(KELDRA_METRICS)));
-    const std::string metrics = terminal_->RunScript("sh /usr/sbin/keldra-metrics").output;
+    const std::string metrics = terminal_->Run("sh /usr/sbin/keldra-metrics").output;
     ASSERT_NE(metrics.find("\nkeldra_monitor_up 1\n"), std::string::npos) << metrics;
     setenv("METRICS", files_.Write("metrics", metrics).c_str(), 1);
     EXPECT_EQ(std::system((tool + " check metrics <\"$METRICS\"").c_str()), 0);

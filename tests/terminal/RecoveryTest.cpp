@@ -39,7 +39,7 @@ TEST_F(EndToEndRecoveryTest, OrderGoesToTheNextKeldraWhenOneDoesNotObey) {
 
 TEST_F(EndToEndRecoveryTest, KeldraThatCannotBeExecutedIsReported) {
     PowerOn();
-    ASSERT_EQ(terminal_->RunScript(std::string("chmod 0 ") + kKeldraProgram).status, 0);
+    ASSERT_EQ(terminal_->Run(std::string("chmod 0 ") + kKeldraProgram).status, 0);
     StartMonitor();
     ExpectLog("Keldra failed to start, status: 65");
     ExpectLog("Starting the SSH daemon because it was not detected");

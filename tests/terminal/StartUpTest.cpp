@@ -22,7 +22,7 @@ TEST_F(EndToEndStartUpTest, RunsDetachedAndLogsNotices) {
 TEST_F(EndToEndStartUpTest, OfTwoStartedAtTheSameMomentOneRemains) {
     PowerOn();
     for (int i = 0; i < 5 && !HasFailure(); ++i) {
-        (void)RunMonitorInShell("\"$@\" & \"$@\" & wait", {"-t", "1"});
+        (void)RunMonitorInShell("\"$@\" & \"$@\" & wait", "-t 1");
         ASSERT_TRUE(terminal_->Signal(Only("keldra_monitor"), SIGKILL));
         EXPECT_TRUE(Becomes([&] { return terminal_->Processes("keldra_monitor").empty(); }));
     }
@@ -33,7 +33,7 @@ TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
     (void)RunMonitorInShell(
         "umask 077; trap '' CHLD; exec env --block-signal=USR1 --block-signal=TERM \"$@\" "
         "0<&- 1>&- 2>&- &",
-        {"-d", "-t", "1"});
+        "-d -t 1");
     ExpectLog("Keldra started responding again after ");
     EXPECT_EQ(LogLines("Failed to wait"), 0);
     const pid_t daemon = Only("keldra_monitor");
@@ -57,5 +57,5 @@ TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
 TEST_F(EndToEndStartUpTest, EmptyProgramIsReportedAsNoDaemon) {
     PowerOn();
     ASSERT_TRUE(WriteInside(*terminal_, kMonitorProgram, ""));
-    EXPECT_EQ(terminal_->StartMonitor({}).output, "no process is called keldra_monitor");
+    EXPECT_EQ(terminal_->StartMonitor("").output, "no process is called keldra_monitor");
 }

@@ -9,14 +9,14 @@ TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {
     // A signal while the program is loaded would end it. So the requests begin later, when it
     // searches the process table for another instance. A long table and a low priority give
     // them time. They go to the script's process group, which has no other member.
-    (void)terminal_->Run({"/bin/sh", "-c", "for i in $(seq 500); do sleep 1000 & done"});
+    (void)terminal_->Run("for i in $(seq 500); do sleep 1000 & done");
     const CommandResult start = RunMonitorInShell(
         "trap : USR1\n"
         "nice \"$@\" &\n"
         "until [ /proc/$!/fd/3 -ef /proc ] || [ ! -e /proc/$!/exe ]; do :; done\n"
         "while [ -e /proc/$!/exe ]; do kill -USR1 0; done\n"
         "wait $!",
-        {"-t", "1"});
+        "-t 1");
     ASSERT_EQ(start.status, 0);
     const pid_t daemon = Only("keldra_monitor");
     do {
@@ -28,14 +28,13 @@ TEST_F(EndToEndStatusQueryTest, RequestsDuringTheStartDoNotEndTheDaemon) {
 TEST_F(EndToEndStatusQueryTest, RequestsAreHeldWhileACheckWorks) {
     PowerOn();
     RefuseToStart(terminal_.get());
-    (void)terminal_->Run({"/bin/sh", "-c", "for i in $(seq 500); do sleep 1000 & done"});
+    (void)terminal_->Run("for i in $(seq 500); do sleep 1000 & done");
     StartMonitor();
     // Each check looks through the long table; sooner or later one is seen at it, with the
     // signals 2, 3, 10, 15 and 20 blocked.
-    const CommandResult seen = terminal_->Run(
-        {"/bin/sh", "-c",
-         "until grep -q 'SigBlk:.00*84206' /proc/$1/status; do [ -e /proc/$1 ]; done", "sh",
-         std::to_string(Only("keldra_monitor"))});
+    const std::string process = "/proc/" + std::to_string(Only("keldra_monitor"));
+    const CommandResult seen = terminal_->Run("until grep -q 'SigBlk:.00*84206' " + process +
+                                              "/status; do [ -e " + process + " ]; done");
     EXPECT_EQ(seen.status, 0);
 }
 
@@ -43,7 +42,7 @@ TEST_F(EndToEndStatusQueryTest, InterruptEndsTheQueryAlone) {
     StartHealthy();
     const pid_t daemon = Only("keldra_monitor");
     ASSERT_TRUE(terminal_->Signal(daemon, SIGSTOP));
-    (void)RunMonitorInShell("{ \"$@\" 2>/tmp/answer; echo $? >/tmp/status; } &", {"-i"});
+    (void)RunMonitorInShell("{ \"$@\" 2>/tmp/answer; echo $? >/tmp/status; } &", "-i");
     // Once the daemon has a pending request, the query has installed its handlers.
     const std::string status = terminal_->Path("/proc/" + std::to_string(daemon) + "/status");
     ASSERT_TRUE(Becomes(

@@ -65,7 +65,7 @@ monitors() {
 void Obey(Terminal& terminal, const std::string& line) {
     std::cout << "> " << line << "\n";
     if (line.rfind("await ", 0) != 0) {
-        std::cout << terminal.RunScript(kCommands + line).output << std::flush;
+        std::cout << terminal.Run(kCommands + line).output << std::flush;
     } else if (!terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds)) {
         std::cout << "(it did not come)\n";
     }
@@ -77,7 +77,6 @@ int main() {
     const TempDir files;
     TerminalOptions options;
     options.packageDirectory = files.File("package");
-    options.standInDirectory = STAND_IN_DIRECTORY;
     setenv("P", PACKAGE_FILE, 1);
     setenv("D", options.packageDirectory.c_str(), 1);
     if (std::system(kInstall) != 0) {

@@ -1,14 +1,14 @@
-// Stands in for the SSH daemon: detaches and waits.
+/* Stands in for the SSH daemon: detaches and waits. */
 #include <unistd.h>
 
 #include "terminal/standins/Announce.h"
 
-int main() {
-    Terminals::Announce("sshd", "is up");
+int main(void) {
+    Announce("sshd", "is up");
     if (daemon(0, 0) != 0) {
         return 4;
     }
-    while (true) {
+    for (;;) {
         (void)pause();
     }
 }
