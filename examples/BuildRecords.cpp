@@ -31,4 +31,5 @@ int main() {
     registry.PrintDetails(&out, "router");
     registry.PrintSummary(&out, "another");
     registry.PrintSummary(&out, Quenda::CoreBuildRecord().name);
+    out.Printf("%s %s\n", Quenda::BuildFieldLabel(12), Quenda::BuildFieldLabel(13));
 }

@@ -1,4 +1,4 @@
-// Callback objects: a modem reports to a function and to a member function.
+// Callback objects: the modem tells whoever asked to know.
 #include "core/callback/Callback.h"
 
 #include <cstdio>
@@ -20,16 +20,26 @@ private:
     int changes_ = 0;
 };
 
+// A callback object of this program's own. The last handle deletes it.
+struct Announcer : Quenda::CallbackBuffer<void(bool)> {
+    ~Announcer() override { std::puts("announcer: deleted"); }
+    void Invoke(bool /*locked*/) override { std::puts("announcer: called"); }
+};
+
 }  // namespace
 
 int main() {
     Counter counter;  // outlives the callback that calls it
     CallbackRef<void(bool)> callback = MakeCallback(PrintLock);
-    const CallbackRef<void(bool)> copy = callback;  // two owners
+    CallbackRef<void(bool)> copy = callback;  // two owners
     callback->Invoke(true);
     callback = MakeCallback(&counter, &Counter::Count);
     callback->Invoke(false);
     copy->Invoke(false);  // the first object still lives: the copy owns it
+    copy = CallbackRef<void(bool)>(new Announcer);
+    callback = copy;
+    copy.Release();
+    callback->Invoke(true);
     callback.Release();
     if (!callback) {
         std::puts("released");

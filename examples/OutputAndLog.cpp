@@ -11,10 +11,32 @@ void Report(Quenda::Writable& out, int channels) {
     out.Printf("%d channels\n", channels);
 }
 
+// Says when a list takes it in and when it leaves the list.
+class Announcer : public Quenda::StdioWritable {
+public:
+    Announcer() : StdioWritable(stdout) {}
+    void AttachList(Quenda::TraceListIntf* list) override {
+        StdioWritable::AttachList(list);
+        Puts("announcer: in a list\n");
+    }
+    void DetachList(Quenda::TraceListIntf* list) override {
+        StdioWritable::DetachList(list);
+        Puts("announcer: out of it\n");
+    }
+};
+
 }  // namespace
 
 int main() {
     setlinebuf(stdout);  // keeps the order of lines on both streams
+    Announcer announcer;
+    {
+        Quenda::TraceList list;
+        list.AddSink(2, &announcer);
+        list.RemoveSink(&announcer);
+        list.AddSink(-3, &announcer);
+        list.TraceAll("announcer: whatever its level\n");
+    }
     Quenda::StdioWritable console(stdout);
     Report(console, 3);
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "core/log/Log.h"
 #include "core/log/TraceList.h"
@@ -31,15 +32,15 @@ void Send(int priority, const char* format, va_list arguments) {
     va_copy(copy, arguments);
     const int length = vsnprintf(usual.data(), usual.size(), format, copy);
     va_end(copy);
-    char* whole = nullptr;
+    std::unique_ptr<char, void (*)(void*)> whole(nullptr, free);
     if (length >= static_cast<int>(usual.size())) {
+        char* text = nullptr;
         va_copy(copy, arguments);
-        whole = vasprintf(&whole, format, copy) == -1 ? nullptr : whole;
+        whole.reset(vasprintf(&text, format, copy) == -1 ? nullptr : text);
         va_end(copy);
     }
-    const char* const text = whole == nullptr ? usual.data() : whole;
+    const char* const text = whole == nullptr ? usual.data() : whole.get();
     SendToSystemLogger(openIdent, priority, text, strlen(text));
-    free(whole);
 }
 
 void PlainHook(const char* format, va_list arguments) {
@@ -57,8 +58,8 @@ void LevelledHook(int level, const char* format, va_list arguments) {
 }  // namespace
 
 void OpenSyslog(const char* ident) {
-    static const bool closedAtExit = atexit(CloseSyslog) == 0;
-    (void)closedAtExit;  // without it, the hooks stay until the process has ended
+    // If it fails, the hooks stay until the process has ended.
+    [[maybe_unused]] static const int closesAtExit = atexit(CloseSyslog);
     CloseSyslog();
     openlog(ident, 0, LOG_DAEMON);  // for a logger that listens for streams
     openIdent = ident;
@@ -75,7 +76,6 @@ void CloseSyslog() {
     openIdent = nullptr;
     closelog();
     CurrentLogHooks() = savedHooks;
-    savedHooks = {nullptr, nullptr};
 }
 
 bool IsSyslogOpen() {
@@ -96,8 +96,7 @@ SysloggerWritable& SyslogSink() {
 void ApplySysloggerOptions(TraceList& list, const OptionsNode* options) {
     // Read as a number, which a boolean is, too: 1 for true and 0 for false.
     int32_t isOn = 0;
-    if (options == nullptr || options->IsEmpty() ||
-        !options->GetMemberValue(isOn, "syslogger_on", 0)) {
+    if (options == nullptr || !options->GetMemberValue(isOn, "syslogger_on", isOn)) {
         return;
     }
     if (isOn == 0) {

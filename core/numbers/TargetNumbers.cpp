@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 
 namespace Quenda {
 
@@ -13,7 +14,7 @@ constexpr double kTwoTo31 = 2147483648.0;
 
 // Reads with strtoll(3): a 64-bit number tells which 32-bit limit was passed. The base is detected
 // here, since newer C libraries than the terminal's detect more of them ("0b").
-bool Scan(const char* text, int base, long long& number) {
+std::optional<long long> Scan(const char* text, int base) {
     if (base == 0) {
         const char* digits = text + strspn(text, " \t\n\v\f\r");
         digits += *digits == '-' || *digits == '+' ? 1 : 0;
@@ -21,28 +22,28 @@ bool Scan(const char* text, int base, long long& number) {
         base = hex ? 16 : (*digits == '0' ? 8 : 10);
     }
     char* end = nullptr;
-    number = strtoll(text, &end, base);
-    return end != text;
+    const long long number = strtoll(text, &end, base);
+    return end == text ? std::nullopt : std::optional(number);
 }
 
 }  // namespace
 
 bool ScanInt32(const char* text, int32_t& value, int base) {
-    long long number = 0;
-    if (!Scan(text, base, number)) {
+    const auto number = Scan(text, base);
+    if (!number) {
         return false;
     }
-    value = static_cast<int32_t>(std::clamp<long long>(number, INT32_MIN, INT32_MAX));
+    value = static_cast<int32_t>(std::clamp<long long>(*number, INT32_MIN, INT32_MAX));
     return true;
 }
 
 bool ScanUInt32(const char* text, uint32_t& value, int base) {
     constexpr long long kLimit = UINT32_MAX;
-    long long number = 0;
-    if (!Scan(text, base, number)) {
+    const auto number = Scan(text, base);
+    if (!number) {
         return false;
     }
-    value = number < -kLimit || number > kLimit ? UINT32_MAX : static_cast<uint32_t>(number);
+    value = *number < -kLimit || *number > kLimit ? UINT32_MAX : static_cast<uint32_t>(*number);
     return true;
 }
 

@@ -43,21 +43,11 @@ const char* ValueEntry::AsText() const {
 }
 
 int32_t ValueEntry::AsInt() const {
-    switch (Kind()) {
-        case ValueKind::kText:
-            return text_.has_value() ? StrToInt32(AsText(), 0) : 0;
-        case ValueKind::kUInt:
-            return static_cast<int32_t>(DoubleToUInt32(number_));
-        default:
-            return DoubleToInt32(number_);
-    }
+    return DoubleToInt32(AsDouble());
 }
 
 uint32_t ValueEntry::AsUInt() const {
-    if (Kind() == ValueKind::kText) {
-        return text_.has_value() ? StrToUInt32(AsText(), 0) : 0;
-    }
-    return DoubleToUInt32(number_);
+    return DoubleToUInt32(AsDouble());
 }
 
 double ValueEntry::AsDouble() const {

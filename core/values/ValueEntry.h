@@ -48,8 +48,8 @@ public:
 
     // Null for other kinds, too. Valid until the entry is set or reset.
     const char* AsText() const;
-    // Other kinds are converted: texts are parsed as by `SetFromText`, a negative number gives its
-    // bits as an unsigned one, and a fraction is cut off.
+    // Other kinds are converted: texts are parsed as floating-point numbers, a fraction is cut off,
+    // and a number out of range gives what core/numbers/TargetNumbers.h says.
     int32_t AsInt() const;
     uint32_t AsUInt() const;
     double AsDouble() const;

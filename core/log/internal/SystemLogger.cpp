@@ -87,10 +87,7 @@ iovec Part(const char* text, size_t length) {
 }
 
 bool Deliver(const char* ident, int priority, const char* text, size_t length) {
-    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (fd == -1) {
-        return false;
-    }
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);  // or -1: connect(2) fails then
     const Stamp stamp = MakeStamp(priority);
     const char* const name = ident == nullptr ? program_invocation_short_name : ident;
     std::array<iovec, 4> parts = {Part(stamp.data(), strlen(stamp.data())),

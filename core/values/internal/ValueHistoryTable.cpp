@@ -59,7 +59,7 @@ double MillisecondsBetween(const WallTime& earlier, const WallTime& later) {
 std::string DeltaCell(const Sample& earlier, const Sample& later, const char* key, bool perSecond) {
     const ValueEntry* before = earlier.Find(key);
     const ValueEntry* after = later.Find(key);
-    if (before == nullptr || after == nullptr) {
+    if (after == nullptr) {  // all samples have the same values
         return kMissing;
     }
     const double change = after->AsDouble() - before->AsDouble();

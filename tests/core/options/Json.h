@@ -30,14 +30,3 @@ inline std::string Text(const Json::Value& value) {
     std::replace(text.begin(), text.end(), '"', '\'');
     return text;
 }
-
-// An object in an object ... `levels` deep.
-inline Json::Value Nested(unsigned levels) {
-    Json::Value value;
-    for (unsigned i = 0; i < levels; ++i) {
-        Json::Value outer;
-        outer["a"].swap(value);
-        value.swap(outer);
-    }
-    return value;
-}

@@ -1,5 +1,6 @@
 // Changes a document of options and asks for parts of it, by commands of one to four words;
 // tests/transcripts has sessions with it. Values are JSON without blanks, with ' for ".
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <iostream>
@@ -18,8 +19,10 @@ namespace {
 using Node = OptionsNodeEdit;
 using Word = const char*;  // empty if it is not given
 
+// D is an array that nests in as many levels as a document may have.
 OptionsNode Source(Word text) {
-    return *text == '\0' ? OptionsNode() : OptionsNode(*text == 'D' ? Nested(1000) : J(text));
+    const std::string deep = std::string(1000, '[') + std::string(1000, ']');
+    return *text == '\0' ? OptionsNode() : OptionsNode(J(*text == 'D' ? deep.c_str() : text));
 }
 
 uint32_t Number(Word text) {
@@ -34,7 +37,8 @@ bool Print(const std::string& text) {
     return std::puts(text.c_str()) >= 0;
 }
 
-bool PrintPath(const Node& node, const OptionsPath& path) {
+bool PrintPath(const Node& node, OptionsPath path) {
+    path.erase(std::find(path.begin(), path.end(), std::string()), path.end());
     StdioWritable out(stdout);
     node.Print(&out, path);
     return !node.GetNode(path).Value().isNull();
@@ -97,10 +101,9 @@ const std::map<std::string, std::function<bool(Node&, Word, Word, Word)>> kComma
     {"get", [](Node& n, Word a, auto...) { return Print(Text(n.GetMember(a).Value())); }},
     {"get-at",
      [](Node& n, Word a, auto...) { return Print(Text(n.GetElement(Number(a)).Value())); }},
-    {"print", [](Node& n, auto...) { return PrintPath(n, {}); }},
-    {"path",
+    {"print",
      [](Node& n, Word a, Word b, Word c) {
-         return *c == '\0' ? PrintPath(n, {a, b}) : PrintPath(n, {a, b, c});
+         return PrintPath(n, {a, b, c});
      }},
     {"members", [](Node& n, Word a, auto...) { return n.ForEachMember(Until<Word>(a)); }},
     {"elements", [](Node& n, Word a, auto...) { return n.ForEachElement(Until<uint32_t>(a)); }},

@@ -7,6 +7,8 @@
 
 #include "core/options/OptionsNodeEdit.h"
 
+using namespace Quenda;
+
 namespace {
 
 // Too long for the buffer inside a std::string.
@@ -29,7 +31,6 @@ extern "C" void free(void* block) {
     __libc_free(block);
 }
 
-namespace Quenda {
 namespace {
 
 void EditAndMerge() {
@@ -59,4 +60,3 @@ TEST(WipingTest, LookupsCopiesEditsAndMergesLeaveNoTextBehind) {
 }
 
 }  // namespace
-}  // namespace Quenda
