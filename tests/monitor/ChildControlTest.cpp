@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -70,6 +71,20 @@ TEST_F(StartKeldraTest, FailuresAreTold) {
     (void)signal(SIGCHLD, SIG_DFL);
     EXPECT_EQ(Complaint().find("Failed to wait on Keldra "), 0U);
     EXPECT_NE(Complaint().find(": No child processes\n"), std::string::npos);
+}
+
+TEST(StartKeldraWithoutProcessesTest, FailureIsTold) {
+    const auto start = [] {
+        (void)!setuid(65534);  // root has no limit
+        rlimit limit{};
+        getrlimit(RLIMIT_NPROC, &limit);
+        limit.rlim_cur = 0;
+        setrlimit(RLIMIT_NPROC, &limit);
+        _exit(StartKeldra("../bin/sh", nullptr) ? 1 : 0);
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0),
+                "^/usr/sbin/../bin/sh -cp 23\n"
+                "Failed to fork for Keldra: Resource temporarily unavailable\n$");
 }
 
 }  // namespace

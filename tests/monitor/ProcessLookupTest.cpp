@@ -9,7 +9,9 @@
 #include <chrono>
 #include <string>
 
+#include "core/signals/SignalWindow.h"
 #include "tests/support/Descriptors.h"
+#include "tests/support/Heap.h"
 #include "tests/support/NamedProcess.h"
 #include "tests/support/TempDir.h"
 
@@ -24,8 +26,11 @@ TEST(ParseProcessStatTest, HostileAndDamagedLines) {
         {"12 (keldra) S 1 12 12 0", "keldra", 1},
         {"12 (fifteen_letters) D 4194304 0", "fifteen_letters", 4194304},
         {"12 ((sd-pam) S 1 1", "(sd-pam", 1},
-        {"(x) S 1", nullptr, 0},                  // no blank in front of the name
-        {" (x) S 1", "x", 1},                     // the PID's digits may be absent
+        {"(x) S 1", nullptr, 0},  // no blank in front of the name
+        {" (x) S 1", "x", 1},     // the PID's digits may be absent
+        {"12_(x) S 1", nullptr, 0},
+        {"12 (x)_S 1", nullptr, 0},
+        {"12 (x) S_1", nullptr, 0},
         {"12 (a) b) S 1 1", nullptr, 0},          // a name that holds ")" is cut there
         {"12 (keldra) S 1) S 7 1", "keldra", 1},  // and the text after it may look right
         // Bytes after the first 127 are ignored: here the number's last digit.
@@ -86,14 +91,46 @@ TEST_F(ProcessesByNameTest, NothingToFind) {
     EXPECT_FALSE(SignalProcessesByName(name_, SIGTERM));
 }
 
-TEST_F(ProcessesByNameTest, PauseTakesItsSecondInSpiteOfSignals) {
+TEST_F(ProcessesByNameTest, PauseTakesItsSecondAndLetsHeldSignalsIn) {
     const NamedProcess found(own_);
-    (void)signal(SIGALRM, [](int) {});
-    (void)ualarm(1000, 1000);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(SignalProcessesByName(name_, SIGCONT));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
-    (void)ualarm(0, 0);
+    const auto pause = [this] {
+        static int handled = 0;
+        (void)signal(SIGALRM, [](int) { ++handled; });
+        sigset_t held;
+        sigemptyset(&held);
+        sigaddset(&held, SIGALRM);
+        Quenda::BlockSignalsOutsideWindows(held);
+        (void)ualarm(1000, 1000);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_TRUE(SignalProcessesByName(name_, SIGCONT));
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+        EXPECT_GT(handled, 1);
+        _exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(pause(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessesByNameTest, OneThatHasEndedInTheMeantimeIsNoFailure) {
+    static pid_t found = 0;
+    const NamedProcess process(own_);
+    found = process.Pid();
+    onAllocation = [] {  // when the search has found it
+        onAllocation = nullptr;
+        kill(found, SIGKILL);
+        waitpid(found, nullptr, 0);
+    };
+    EXPECT_TRUE(SignalProcessesByName(name_, SIGTERM));
+}
+
+TEST_F(ProcessesByNameTest, OneThatBelongsToSomebodyElseIsAFailure) {
+    const NamedProcess process(own_);
+    const auto signal = [&] {
+        if (setuid(65534) == -1) {
+            _exit(0);  // this user has no other
+        }
+        _exit(SignalProcessesByName(name_, SIGTERM) ? 1 : 0);
+    };
+    EXPECT_EXIT(signal(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ProcessesByNameTest, EveryOneIsSignalledAndTheCallerLast) {

@@ -44,10 +44,6 @@ TEST(RunMonitorTest, UnreadableProcessTableRefuses) {
     EXPECT_EXIT(start(), testing::ExitedWithCode(1), "^Keldra Monitor refuses to start.*\n$");
 }
 
-TEST(RunMonitorTest, VersionGoesToStandardError) {
-    EXPECT_EXIT(_exit(RunWith("-v")), testing::ExitedWithCode(0), "^Application: keldra_monitor\n");
-}
-
 TEST(SignalHandlersTest, WithoutMemoryTheReportIsGivenUpAndAShutdownGoesOn) {
     if (access("/proc/cpld/watchdog", F_OK) == 0) {
         GTEST_SKIP() << "this machine has the board's watchdog, which a shutdown arms";

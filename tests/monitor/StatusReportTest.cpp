@@ -16,7 +16,7 @@ TEST(StatusReportTest, EveryLineIsAsOperatorsKnowIt) {
     settings.max_strikes = 4294967295U;
     statistics = {1, 2, 3, 4, 5, 6, 7, 8, 4294967295U};
     static_assert(sizeof(statistics) == 9 * 4);  // each wraps at 32 bits
-    supervision = {OptionsType::Backup_Options, KeldraState::Keldra_Missed_Heartbeat, 2, -1, 4711};
+    supervision = {OptionsType::Factory_Options, KeldraState::Keldra_Missed_Heartbeat, 2, -1, 4711};
     Quenda::OptionsNodeEdit options;
     options.SetLeaf("heartbeat_timeout_sec", 10U, nullptr);
     ASSERT_TRUE(heartbeatReader.Reload(options));
@@ -49,7 +49,7 @@ start_sshd:                 4294967295
 State
 =====
 Keldra State:   Keldra_Missed_Heartbeat
-Options Type:   Backup_Options
+Options Type:   Factory_Options
 Strikes:        2
 Keldra PID:     4711
 SSH Daemon PID: -1

@@ -56,13 +56,3 @@ TEST_F(EndToEndShutdownTest, WaitForAProgramThatNeverEndsLeavesTheDaemonOpenToSi
         ExpectGracefulEnd(SIGTERM);
     }
 }
-
-TEST_F(EndToEndShutdownTest, InDebugModeAnInterruptPrintsTheReport) {
-    PowerOn();
-    StartInDebugMode("1");
-    ExpectLog("Keldra started responding again after ");
-    ExpectGracefulEnd(SIGINT);
-    const std::string output = ReadFile(terminal_->Path("/tmp/debug.log"));
-    EXPECT_NE(output.find("Keldra is up and okay\n"), std::string::npos) << output;
-    EXPECT_NE(output.find("\nParameters\n==========\n"), std::string::npos) << output;
-}

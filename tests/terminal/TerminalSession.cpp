@@ -8,13 +8,19 @@
 //   damage             replaces the daemon's program by standard input
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
 //   descriptors        prints how many the monitor of the last question has open between checks
-//   await TEXT        waits until a line of the system log holds this text
+//   pids NAME          prints the PIDs of the processes with this name
+//   order WORD         makes the running Keldra misbehave
+//   await TEXT         waits until a line of the system log holds this text
+//   story FIRST..LAST  waits until a line of the system log holds each of these texts, and prints
+//   the
+//                      lines from the one to the other, with what the LEDs and the watchdog got
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its
 // name has no watchdog device.
 #include <sys/wait.h>
 
 #include <cstdlib>
 #include <iostream>
+#include <map>
 
 #include "terminal/simulated/SimulatedTerminal.h"
 #include "tests/support/TempDir.h"
@@ -33,6 +39,10 @@ mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && touch var/lib/dpkg/status &&
 $([ $(id -u) = 0 ] || echo unshare -r) \
   dpkg --root="$D" --force-depends,script-chrootless -i "$P" >log 2>&1 || { cat log; false; })sh";
 
+// What a story tells, and under which name.
+const std::map<Source, std::string> kTellers = {
+    {Source::kLog, "log"}, {Source::kLed, "led"}, {Source::kWatchdog, "watchdog"}};
+
 const std::string kCommands = R"sh(
 options() { settings "KELDRA_MONITOR_OPTIONS='$*'"; }
 settings() { printf '%s\n' "$1" >/etc/default/keldra_monitor; }
@@ -49,6 +59,14 @@ answers() {
 descriptors() {
   for i in 1 2 3 4 5; do ls /proc/$(cat /tmp/monitors)/fd | wc -l; sleep 0.1; done | sort -n | sed -n 1p
 }
+pids() { (cd /proc; grep -lx "$1" [0-9]*/comm) | cut -d / -f 1; }
+order() {
+  for pid in $(pids keldra); do
+    while echo $1 >/run/simulator/keldra.order.$pid; [ -e /proc/$pid ]; do
+      sleep 0.1; [ -e /run/simulator/keldra.order.$pid ] || return 0
+    done
+  done
+}
 monitors() {
   touch /tmp/monitors
   for stat in /proc/[0-9]*/stat; do
@@ -62,13 +80,43 @@ monitors() {
 }
 )sh";
 
-void Obey(Terminal& terminal, const std::string& line) {
-    std::cout << "> " << line << "\n";
-    if (line.rfind("await ", 0) != 0) {
-        std::cout << terminal.Run(kCommands + line).output << std::flush;
-    } else if (!terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds)) {
-        std::cout << "(it did not come)\n";
+// Looks at each event once. False if one of the two lines did not come.
+bool TellStory(Terminal& terminal, const std::string& first, const std::string& last) {
+    static size_t next = 0;
+    const double deadline = terminal.Seconds() + kPatienceSeconds;
+    bool isTold = false;
+    while (terminal.Seconds() < deadline) {
+        if (next == terminal.Events().size()) {
+            (void)terminal.Pump(100);
+            continue;
+        }
+        const Event& event = terminal.Events()[next++];
+        const auto teller = kTellers.find(event.source);
+        if (teller == kTellers.end()) {
+            continue;
+        }
+        isTold = isTold || event.text.find(first) != std::string::npos;
+        if (isTold) {
+            std::cout << teller->second << ": " << event.text << "\n";
+        }
+        if (isTold && event.text.find(last) != std::string::npos) {
+            return true;
+        }
     }
+    return false;
+}
+
+// Obeys a line. False if what it waits for did not come.
+bool Obey(Terminal& terminal, const std::string& line) {
+    const size_t dots = line.find("..");
+    if (line.rfind("await ", 0) == 0) {
+        return terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds).has_value();
+    }
+    if (line.rfind("story ", 0) == 0) {
+        return TellStory(terminal, line.substr(6, dots - 6), line.substr(dots + 2));
+    }
+    std::cout << terminal.Run(kCommands + line).output;
+    return true;
 }
 
 }  // namespace
@@ -89,6 +137,7 @@ int main() {
         return 1;
     }
     for (std::string line; std::getline(std::cin, line);) {
-        Obey(terminal, line);
+        std::cout << "> " << line << "\n";
+        std::cout << (Obey(terminal, line) ? "" : "(it did not come)\n") << std::flush;
     }
 }
