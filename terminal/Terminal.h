@@ -103,7 +103,7 @@ private:
     std::map<Source, size_t> next_;
     size_t mark_ = 0;
     std::string lastOfWatchdog_;
-    std::string monitorArguments_;  // what `StartMonitor` was last called with
+    std::string monitorArguments_;  // of the last call of `StartMonitor`
 };
 
 }  // namespace Terminals

@@ -51,8 +51,8 @@ uint32_t JudgeTransfer(ssize_t transferred, size_t length, uint32_t* error) {
                                                        : Store(error, WD_READ_ERR);
 }
 
-// Deliberate: only the first counter file receives its whole value, every later write transfers
-// just the "0" in front of it. The driver expects exactly these bytes.
+// Deliberate: only the first counter file receives its whole value. Every later write transfers
+// only the value's first character, "0". The driver expects exactly these bytes.
 uint32_t Program(const BiteTime& time, const WatchdogDescriptors& fds, uint32_t* error) {
     const struct {
         WatchdogControl::Slot file;
