@@ -1,4 +1,4 @@
-// Callback objects: the modem tells whoever asked to know.
+// Callback objects: a modem reports to a function, to a member function and to an object.
 #include "core/callback/Callback.h"
 
 #include <cstdio>
@@ -20,7 +20,7 @@ private:
     int changes_ = 0;
 };
 
-// A callback object of this program's own. The last handle deletes it.
+// A callback class that this program defines. The last handle deletes the object.
 struct Announcer : Quenda::CallbackBuffer<void(bool)> {
     ~Announcer() override { std::puts("announcer: deleted"); }
     void Invoke(bool /*locked*/) override { std::puts("announcer: called"); }

@@ -40,16 +40,17 @@ public:
     const char* Name() const { return definition_.name; }
     ValueKind Kind() const { return definition_.kind; }
 
-    // Rejects nothing: a text without a number gives 0, a number out of range what StrToInt32 and
-    // StrToUInt32 say.
-    // Whole numbers may be decimal, hexadecimal ("0x") or octal ("0"). Null gives a null text or 0.
+    // Rejects nothing: a text without a number gives 0, a number beyond 32 bits the limit. A minus
+    // negates an unsigned number, and its limit, modulo 2^32. Whole numbers may be decimal,
+    // hexadecimal ("0x") or octal ("0"). Null gives a null text or 0.
     void SetFromText(const char* text);
     void ResetToDefault();
 
     // Null for other kinds, too. Valid until the entry is set or reset.
     const char* AsText() const;
-    // Other kinds are converted: texts are parsed as floating-point numbers, a fraction is cut off,
-    // and a number out of range gives what core/numbers/TargetNumbers.h says.
+    // Other kinds are converted: texts are parsed as floating-point numbers, and a fraction is cut
+    // off. Out of range, `AsInt` gives the nearest limit. `AsUInt` gives the largest number above its
+    // range, and the bits of `AsInt` for a negative number.
     int32_t AsInt() const;
     uint32_t AsUInt() const;
     double AsDouble() const;

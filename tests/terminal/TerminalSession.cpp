@@ -11,9 +11,8 @@
 //   pids NAME          prints the PIDs of the processes with this name
 //   order WORD         makes the running Keldra misbehave
 //   await TEXT         waits until a line of the system log holds this text
-//   story FIRST..LAST  waits until a line of the system log holds each of these texts, and prints
-//   the
-//                      lines from the one to the other, with what the LEDs and the watchdog got
+//   story FIRST..LAST  waits until lines of the system log have these two texts. Prints the lines
+//                      from FIRST to LAST, and the orders to the LEDs and the watchdog in between
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its
 // name has no watchdog device.
 #include <sys/wait.h>
@@ -39,7 +38,7 @@ mkdir -p var/lib/dpkg/info var/lib/dpkg/updates && touch var/lib/dpkg/status &&
 $([ $(id -u) = 0 ] || echo unshare -r) \
   dpkg --root="$D" --force-depends,script-chrootless -i "$P" >log 2>&1 || { cat log; false; })sh";
 
-// What a story tells, and under which name.
+// The sources of the lines that `story` prints, and the name in front of each.
 const std::map<Source, std::string> kTellers = {
     {Source::kLog, "log"}, {Source::kLed, "led"}, {Source::kWatchdog, "watchdog"}};
 
