@@ -21,15 +21,12 @@ const std::string kMonitor = Terminals::kMonitorProgram;
 std::string Obey(Terminal* board, const std::string& script, const std::string& answer = "",
                  int status = 0) {
     const auto result = board->Run(script);
-    const bool well = WIFEXITED(result.status) && WEXITSTATUS(result.status) == status &&
-                      result.output.find(answer) != std::string::npos;
-    if (well) {
+    if (result.status == W_EXITCODE(status, 0) && result.output.find(answer) != std::string::npos) {
         return "";
     }
-    return "wait status " + std::to_string(result.status) + " of \"" + script +
-           (result.output.empty() ? "\", which said nothing"
-                                  : "\", which said \"" + result.output + "\"") +
-           (answer.empty() ? "" : ", without \"" + answer + "\"");
+    return "\"" + script + "\" ends with wait status " + std::to_string(result.status) +
+           " and prints \"" + result.output + "\", but \"" + answer + "\" and exit status " +
+           std::to_string(status) + " were expected";
 }
 
 Scene::Action Script(const std::string& script) {

@@ -5,7 +5,6 @@
 // It obeys words on standard input, and ends at the end of the input. demo/fleet runs it.
 #include <unistd.h>
 
-#include <array>
 #include <filesystem>
 #include <iostream>
 
@@ -67,17 +66,15 @@ int main(int argc, char** argv) {
     if (terminal.StartMonitor(std::string("-t ") + argv[2]).status != 0) {
         return 1;
     }
-    std::array<char, 64> word = {};
     while (true) {
         if (terminal.Pump(200, STDIN_FILENO)) {
-            const ssize_t count = read(STDIN_FILENO, word.data(), word.size());
-            if (count <= 0) {
+            std::string word;
+            if (!std::getline(std::cin, word)) {
                 return 0;
             }
-            std::string text(word.data(), static_cast<size_t>(count - 1));  // without its newline
-            const std::string obstacle = Obey(text, &terminal);
+            const std::string obstacle = Obey(word, &terminal);
             if (!obstacle.empty()) {
-                std::cerr << argv[1] << ": " << text << ": " << obstacle << "\n";
+                std::cerr << argv[1] << ": " << word << ": " << obstacle << "\n";
             }
         }
         if (!fs::exists(terminal.Path(kPage))) {

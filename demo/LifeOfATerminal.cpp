@@ -44,13 +44,13 @@ Scene::Action Fault(const std::string& fault, double patience,
         std::string obstacle = change != nullptr ? change(terminal) : "";
         obstacle += Cause(terminal, fault);
         while (!obstacle.empty() || HasStruck(*terminal)) {
-            do {
-                if (!terminal->Await(Source::kLog, kRecovery, deadline - terminal->Seconds())) {
-                    return obstacle.empty() ? "Keldra does not recover" : obstacle;
-                }
-            } while (HasStruck(*terminal));
-            terminal->Mark();
-            obstacle = Cause(terminal, fault);
+            if (!terminal->Await(Source::kLog, kRecovery, deadline - terminal->Seconds())) {
+                return obstacle.empty() ? "Keldra does not recover" : obstacle;
+            }
+            if (!HasStruck(*terminal)) {
+                terminal->Mark();
+                obstacle = Cause(terminal, fault);
+            }
         }
         return obstacle;
     };
@@ -119,11 +119,8 @@ std::string AwaitNoStrike(Terminal* terminal, double patience, const Scene::Acti
 }
 
 std::vector<Scene> LifeOfATerminal(double patience) {
-    const std::vector<Step> restart = {Log("Strike 1!"), Log(kStart), Recovered()};
-    const auto restartAfter = [&](const std::string& sign) {
-        std::vector<Step> steps = {Detected(sign)};
-        steps.insert(steps.end(), restart.begin(), restart.end());
-        return steps;
+    const auto restartAfter = [](const std::string& sign) -> std::vector<Step> {
+        return {Detected(sign), Log("Strike 1!"), Log(kStart), Recovered()};
     };
     return {
         {"cold start",

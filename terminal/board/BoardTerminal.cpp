@@ -23,13 +23,6 @@ constexpr size_t kCharactersKept = 2000;  // of the console's last lines
 constexpr char kOutput[] = "board: ";
 constexpr char kEnd[] = "board ";  // the exit status
 
-// Removes the beginning from the text. False if the text begins otherwise.
-bool TakeOff(const std::string& beginning, std::string* text) {
-    const bool has = text->compare(0, beginning.size(), beginning) == 0;
-    text->erase(0, has ? beginning.size() : 0);
-    return has;
-}
-
 // Appends everything that can be read. False if the machine is off.
 bool Receive(int fd, std::string* text) {
     std::array<char, 4096> chunk = {};
@@ -131,17 +124,18 @@ bool BoardTerminal::Pump(int timeoutMs, int input) {
 void BoardTerminal::TakeConsole(const std::string& line) {
     const std::string whole = line.substr(0, line.find('\r'));
     const size_t time = whole.find("] ");
-    std::string text = time == std::string::npos ? whole : whole.substr(time + 2);
-    if (TakeOff(kOutput, &text)) {
-        result_.output += text + "\n";
+    const std::string text = time == std::string::npos ? whole : whole.substr(time + 2);
+    if (text.rfind(kOutput, 0) == 0) {
+        result_.output += text.substr(sizeof(kOutput) - 1) + "\n";
         return;
     }
     lastLines_ += whole + "\n";
     if (lastLines_.size() > kCharactersKept) {
         lastLines_.erase(0, lastLines_.find('\n') + 1);
     }
-    if (TakeOff(kEnd, &text)) {
-        result_.status = W_EXITCODE(static_cast<int>(strtol(text.c_str(), nullptr, 10)), 0);
+    if (text.rfind(kEnd, 0) == 0) {
+        const long status = strtol(text.c_str() + sizeof(kEnd) - 1, nullptr, 10);
+        result_.status = W_EXITCODE(static_cast<int>(status), 0);
         isUp_ = true;
     } else {
         Take(text);  // other lines of the kernel are ignored

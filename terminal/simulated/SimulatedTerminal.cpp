@@ -162,11 +162,4 @@ std::vector<Process> SimulatedTerminal::Processes(const std::string& name) const
     return processes;
 }
 
-bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
-                 const std::string& content) {
-    std::ofstream file(terminal.Path(path), std::ios::binary);
-    file << content << std::flush;
-    return file.good();
-}
-
 }  // namespace Terminals::Simulated

@@ -61,8 +61,4 @@ private:
     int syslog_ = -1;
 };
 
-// Creates or replaces a file inside. False on failure.
-bool WriteInside(const SimulatedTerminal& terminal, const std::string& path,
-                 const std::string& content);
-
 }  // namespace Terminals::Simulated

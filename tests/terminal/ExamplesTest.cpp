@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/terminal/EndToEnd.h"
 
 // The examples for authors of a Keldra and for operators, under the real daemon.
@@ -30,9 +32,8 @@ TEST_F(EndToEndExamplesTest, ReasonOfARebootIsKeptWithTheStatusOfThatMoment) {
         "mkdir -p /var/log && seq -f 'line %g' 100 >/var/log/messages && "
         "head -c 70000 /dev/zero | tr '\\0' x >/sysopt/reboot_reason.log");
     ASSERT_EQ(prepared.status, 0) << prepared.output;
-    const std::string script = ReadFile(KEEP_REBOOT_REASON);
-    ASSERT_TRUE(WriteInside(*terminal_, "/usr/sbin/keep-reboot-reason.sh", script));
-    (void)terminal_->Run("chmod 755 /usr/sbin/keep-reboot-reason.sh");
+    const std::string script = terminal_->Path("/usr/sbin/keep-reboot-reason.sh");
+    std::filesystem::copy_file(KEEP_REBOOT_REASON, script);
     StartMonitor("-X 0 -L /usr/sbin/keep-reboot-reason.sh");
     Expect(Source::kWatchdog, "armed with 30 s");  // for the reboot
     Expect(Source::kLed, "all error");

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 
 #include "tests/terminal/EndToEnd.h"
 
@@ -10,7 +11,7 @@ TEST_F(EndToEndMetricsTest, PrometheusTakesThemAsTheyAre) {
         GTEST_SKIP() << "promtool is missing; scripts/setup fleet fetches it";
     }
     StartHealthy();
-    ASSERT_TRUE(WriteInside(*terminal_, "/usr/sbin/keldra-metrics", ReadFile(KELDRA_METRICS)));
+    std::filesystem::copy_file(KELDRA_METRICS, terminal_->Path("/usr/sbin/keldra-metrics"));
     const std::string metrics = terminal_->Run("sh /usr/sbin/keldra-metrics").output;
     ASSERT_NE(metrics.find("\nkeldra_monitor_up 1\n"), std::string::npos) << metrics;
     setenv("METRICS", files_.Write("metrics", metrics).c_str(), 1);

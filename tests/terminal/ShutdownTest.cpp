@@ -46,7 +46,8 @@ TEST_F(EndToEndShutdownTest, WaitForAProgramThatNeverEndsLeavesTheDaemonOpenToSi
     for (const char* program : {"/usr/sbin/led_ctl.sh", kKeldraProgram, "/usr/sbin/service"}) {
         SCOPED_TRACE(program);
         PowerOn();
-        ASSERT_TRUE(WriteInside(*terminal_, program, "#!/bin/sh\nexec sleep 1000\n"));
+        const std::string script = "printf '#!/bin/sh\nexec sleep 1000\n' >";
+        ASSERT_EQ(terminal_->Run(script + program).status, 0);
         StartMonitor();
         (void)Only("sleep");
         const std::string report = Query().output;

@@ -56,6 +56,6 @@ TEST_F(EndToEndStartUpTest, CarelessStarterChangesNothing) {
 
 TEST_F(EndToEndStartUpTest, EmptyProgramIsReportedAsNoDaemon) {
     PowerOn();
-    ASSERT_TRUE(WriteInside(*terminal_, kMonitorProgram, ""));
+    ASSERT_EQ(terminal_->Run(std::string(">") + kMonitorProgram).status, 0);
     EXPECT_EQ(terminal_->StartMonitor("").output, "no process is called keldra_monitor");
 }
