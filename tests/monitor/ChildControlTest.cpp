@@ -71,6 +71,8 @@ TEST_F(StartKeldraTest, FailuresAreTold) {
     (void)signal(SIGCHLD, SIG_DFL);
     EXPECT_EQ(Complaint().find("Failed to wait on Keldra "), 0U);
     EXPECT_NE(Complaint().find(": No child processes\n"), std::string::npos);
+    EXPECT_FALSE(StartKeldra("absent", nullptr));
+    EXPECT_FALSE(SetLedsToError("false"));
 }
 
 TEST(StartKeldraWithoutProcessesTest, FailureIsTold) {
