@@ -10,6 +10,9 @@
 #include <string>
 
 #include "core/signals/SignalWindow.h"
+#include "monitor/MonitorSettings.h"
+#include "monitor/StatusReport.h"
+#include "tests/support/Capture.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/Heap.h"
 #include "tests/support/NamedProcess.h"
@@ -110,16 +113,26 @@ TEST_F(ProcessesByNameTest, PauseTakesItsSecondAndLetsHeldSignalsIn) {
     EXPECT_EXIT(pause(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessesByNameTest, OneThatHasEndedInTheMeantimeIsNoFailure) {
+TEST_F(ProcessesByNameTest, OneThatEndsAfterItWasFoundIsNoFailureButCannotBeQueried) {
     static pid_t found = 0;
-    const NamedProcess process(own_);
-    found = process.Pid();
-    onAllocation = [] {  // when the search has found it
+    const auto endWhenFound = [] {  // to remember its PID, the search allocates
         onAllocation = nullptr;
         kill(found, SIGKILL);
         waitpid(found, nullptr, 0);
     };
+    const NamedProcess signalled(own_);
+    found = signalled.Pid();
+    onAllocation = endWhenFound;
     EXPECT_TRUE(SignalProcessesByName(name_, SIGTERM));
+
+    settings.monitor_process_name = own_;
+    const NamedProcess queried(own_);
+    found = queried.Pid();
+    Capture standardError(2);
+    onAllocation = endWhenFound;
+    QueryStatus();
+    EXPECT_EQ(standardError.Stop(), "Failed to signal Keldra Monitor " + std::to_string(found) +
+                                        " to print its status: No such process\n");
 }
 
 TEST_F(ProcessesByNameTest, OneThatBelongsToSomebodyElseIsAFailure) {

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cstdlib>
+#include <ctime>
 
 #include "core/timer/TimeValue.h"
 #include "core/timer/WallClock.h"
@@ -27,6 +28,18 @@ TEST(TimeValueTest, IsNormalisedHoweverItIsMade) {
         EXPECT_EQ(time.Nanoseconds(), nanoseconds) << seconds;
     }
     EXPECT_EQ(TimeValue(INT_MAX, 999999999).Milliseconds(), 2147483647999);
+}
+
+TEST(TimeValueTest, NowIsReadFromTheClockThatNobodySets) {
+    const auto raw = [] {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC_RAW, &now);
+        return TimeValue(static_cast<int32_t>(now.tv_sec), static_cast<int32_t>(now.tv_nsec));
+    };
+    const TimeValue before = raw();
+    const TimeValue now = TimeValue::Now();
+    EXPECT_TRUE(now >= before);
+    EXPECT_TRUE(raw() >= now);
 }
 
 TEST(WallClockTest, PeriodsBeginAtTheirMultiples) {
