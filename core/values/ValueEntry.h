@@ -49,8 +49,8 @@ public:
     // Null for other kinds, too. Valid until the entry is set or reset.
     const char* AsText() const;
     // Other kinds are converted: texts are parsed as floating-point numbers, and a fraction is cut
-    // off. Out of range, `AsInt` gives the nearest limit. `AsUInt` gives the largest number above its
-    // range, and the bits of `AsInt` for a negative number.
+    // off. Out of range, `AsInt` gives the nearest limit. `AsUInt` gives the largest number above
+    // its range, and the bits of `AsInt` for a negative number.
     int32_t AsInt() const;
     uint32_t AsUInt() const;
     double AsDouble() const;
