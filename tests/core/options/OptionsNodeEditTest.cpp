@@ -35,11 +35,11 @@ TEST(OptionsNodeEditTest, MembersMoveBetweenNodesButNotIntoThemselves) {
     Edit root(&document, nullptr);
     Edit inner(&document["a"]["b"], &modified);
     EXPECT_FALSE(root.MoveMember(root, "x", "absent", true));
-    EXPECT_STREQ(root.Error().Get(), kToSelf);
+    EXPECT_STREQ(Edit(root).Error().Get(), kToSelf);       // copies share the message
     EXPECT_FALSE(root.MoveMember(inner, "x", "a", true));  // into the moved member
     EXPECT_STREQ(inner.Error().Get(), kToSelf);
     EXPECT_FALSE(inner.MoveMember(root, "a", "c", true));  // over the value that contains it
-    EXPECT_TRUE(inner.MoveMember(root, "n", "c", true));
+    EXPECT_TRUE(Edit(inner).MoveMember(root, "n", "c", true));
     EXPECT_TRUE(modified);
     EXPECT_EQ(Text(document), "{'a':{'b':{}},'n':1}");
 }

@@ -28,15 +28,16 @@ TEST(OptionsNodeTest, NodeMayBecomeAPartOfWhatItHolds) {
 }
 
 TEST(JsonValueTest, ImpossibleConversionEndsTheProcessWithItsReason) {
-    const auto convert = [](auto conversion) {
+    const auto convert = [](auto conversion, const Json::Value& value) {
         (void)dup2(STDERR_FILENO, STDOUT_FILENO);  // which gets the complaint
-        (void)conversion(Json::Value(Json::arrayValue));
+        (void)conversion(value);
     };
     EXPECT_DEATH((void)Json::Value("x").asInt(), "^Value is not convertible to Int\\.\n");
-    EXPECT_DEATH(convert(JsonValue::AsInt), "workaround: Type is not convertible to int\n");
-    EXPECT_DEATH(convert(JsonValue::AsUInt), "workaround: Type is not convertible to uint\n");
-    EXPECT_DEATH(convert(JsonValue::AsDouble), "workaround: Type is not convertible to double\n");
-    EXPECT_DEATH(convert(JsonValue::AsText), "workaround: Type is not convertible to string\n");
+    EXPECT_DEATH(convert(JsonValue::AsInt, "x"), "workaround: Type is not convertible to int\n");
+    EXPECT_DEATH(convert(JsonValue::AsUInt, "x"), "workaround: Type is not convertible to uint\n");
+    EXPECT_DEATH(convert(JsonValue::AsDouble, "x"),
+                 "workaround: Type is not convertible to double\n");
+    EXPECT_DEATH(convert(JsonValue::AsText, 1), "workaround: Type is not convertible to string\n");
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ const std::map<std::string, std::function<bool(Node&, Word, Word, Word)>> kComma
     {"int", [](Node& n, Word a, Word b, auto) { return n.SetLeaf(a, std::stoi(b), nullptr); }},
     {"real", [](Node& n, Word a, Word b, auto) { return n.SetLeaf(a, std::stod(b), nullptr); }},
     {"true", [](Node& n, Word a, auto...) { return n.SetLeaf(a, true, nullptr); }},
-    {"comment", [](Node& n, Word a, auto...) { return n.SetComment(a); }},
+    {"comment", [](Node& n, Word a, auto...) { return n.SetComment(OrNull(a)); }},
     {"add", [](Node& n, Word a, Word b, auto) { return n.AddMember(a, Source(b), false); }},
     {"put", [](Node& n, Word a, Word b, auto) { return n.AddMember(a, Source(b), true); }},
     {"put-itself", [](Node& n, Word a, auto...) { return n.AddMember(a, n, true); }},
@@ -114,6 +114,7 @@ const std::map<std::string, std::function<bool(Node&, Word, Word, Word)>> kComma
 
 int main() {
     Json::Value document;
+    Json::Value* edited = &document;
     for (std::string line; std::getline(std::cin, line);) {
         (void)Print("> " + line);
         std::istringstream text(line);
@@ -121,11 +122,11 @@ int main() {
         text >> command >> a >> b >> c;
         const auto found = kCommands.find(command);
         if (command == "document") {
-            document = J(a.c_str());
+            edited = a.empty() ? nullptr : &(document = J(a.c_str()));
         } else if (found != kCommands.end()) {
             const std::string before = Text(document);
             bool modified = false;
-            Node node(&document, &modified);
+            Node node(edited, &modified);
             const bool done = found->second(node, a.c_str(), b.c_str(), c.c_str());
             const std::string after = Text(document) == before ? "" : ": " + Text(document);
             (void)Print((done ? "true" : "false") + std::string(modified ? ", modified" : "") +
