@@ -38,6 +38,7 @@ bool MakeOwnDev() {
 }
 
 const sockaddr_un kAddress = {AF_UNIX, "/dev/log"};
+int logger = -1;
 
 int Bind(int type) {
     (void)unlink(kAddress.sun_path);
@@ -67,27 +68,22 @@ struct SyslogTest : testing::Test {
         if (!permitted) {
             GTEST_SKIP() << "mount namespaces are not permitted here";
         }
-        logger_ = Bind(SOCK_DGRAM);
-        ASSERT_NE(logger_, -1);
+        close(logger);  // the one of the previous test
+        logger = Bind(SOCK_DGRAM);
         OpenSyslog("keldra");
         LogMessage(0, "goes through at once\n");
         EXPECT_EQ(Records(), "<29>keldra: goes through at once\n|");
     }
-    void TearDown() override {
-        CloseSyslog();
-        close(logger_);
-    }
     // The records received, without foreign ones and without their time stamps, a "|" after each.
-    std::string Records() const {
+    static std::string Records() {
         std::string records;
-        for (std::string text; !(text = Received(logger_)).empty();) {
+        for (std::string text; !(text = Received(logger)).empty();) {
             if (text.size() > 1) {
                 records += text.erase(text.find('>') + 1, 16) + "|";
             }
         }
         return records;
     }
-    int logger_ = -1;
     Capture quiet_{STDERR_FILENO};
 };
 
@@ -119,15 +115,15 @@ TEST_F(SyslogTest, LinesAreThoseOfSyslog) {
     do {
         second = time(nullptr);
         LogMessage(0, "%s", text.c_str());
-        ours = Received(logger_);
+        ours = Received(logger);
         syslog(LOG_DAEMON | LOG_NOTICE, "%s", text.c_str());
-        theirs = Received(logger_);
+        theirs = Received(logger);
     } while (time(nullptr) != second);
     EXPECT_EQ(ours, theirs);
     const int everything = setlogmask(LOG_UPTO(LOG_ERR));
     LogMessage(0, "masked\n");
     (void)setlogmask(everything);
-    EXPECT_EQ(Received(logger_), "");
+    EXPECT_EQ(Received(logger), "");
 }
 
 TEST_F(SyslogTest, HungLoggerIsNotWaitedForWhenItIsGoneOrReplaced) {
@@ -138,7 +134,7 @@ TEST_F(SyslogTest, HungLoggerIsNotWaitedForWhenItIsGoneOrReplaced) {
     LogMessage(0, "nor this one\n");
     EXPECT_EQ(errno, EIO);
     EXPECT_EQ(Records(), "");
-    logger_ = Bind(SOCK_DGRAM);  // the old one stays open, as the first of the next two does
+    logger = Bind(SOCK_DGRAM);  // the old one stays open, as the first of the next two does
     LogMessage(0, "to its successor\n");
     EXPECT_EQ(Records(),
               "<29>keldra: 2 lines were lost: the system logger did not take them\n|"
@@ -155,7 +151,6 @@ TEST_F(SyslogTest, HungLoggerIsNotWaitedForWhenItIsGoneOrReplaced) {
 }
 
 TEST_F(SyslogTest, SlowLoggerIsWaitedForOnceInAllUntilALineGoesThroughAtOnce) {
-    static int logger = logger_;
     (void)signal(SIGALRM, [](int) { (void)Received(logger); });
     FillQueue();
     (void)ualarm(300'000, 300'000);

@@ -12,7 +12,7 @@ namespace {
 TEST(OptionsNodeTest, LookupsViewTheDocumentAndKeepTheContext) {
     const Json::Value doc = J("{'a':[7]}");
     const OptionsNode node(&doc, {3, 4});
-    const OptionsNode list = node.GetMember("a");
+    const OptionsNode list = OptionsNode(node).GetMember("a");
     EXPECT_EQ(&list.GetElement(0).Value(), &doc["a"][0U]);
     for (const OptionsNode& found :
          {node.GetMember(nullptr), node.GetNode({"a"}), node.GetNode({"x"}), list.GetElement(0),
@@ -33,11 +33,10 @@ TEST(JsonValueTest, ImpossibleConversionEndsTheProcessWithItsReason) {
         (void)conversion(value);
     };
     EXPECT_DEATH((void)Json::Value("x").asInt(), "^Value is not convertible to Int\\.\n");
-    EXPECT_DEATH(convert(JsonValue::AsInt, "x"), "workaround: Type is not convertible to int\n");
-    EXPECT_DEATH(convert(JsonValue::AsUInt, "x"), "workaround: Type is not convertible to uint\n");
-    EXPECT_DEATH(convert(JsonValue::AsDouble, "x"),
-                 "workaround: Type is not convertible to double\n");
-    EXPECT_DEATH(convert(JsonValue::AsText, 1), "workaround: Type is not convertible to string\n");
+    EXPECT_DEATH(convert(JsonValue::AsInt, "x"), "Type is not convertible to int\n");
+    EXPECT_DEATH(convert(JsonValue::AsUInt, "x"), "Type is not convertible to uint\n");
+    EXPECT_DEATH(convert(JsonValue::AsDouble, "x"), "Type is not convertible to double\n");
+    EXPECT_DEATH(convert(JsonValue::AsText, 1), "Type is not convertible to string\n");
 }
 
 }  // namespace

@@ -11,11 +11,10 @@ using namespace Quenda;
 
 namespace {
 
-// Too long for the buffer inside a std::string.
-#define MARKER "secret-of-the-terminal-"
-constexpr char kValue[] = MARKER "value";
-constexpr char kName[] = MARKER "name";
-constexpr char kOtherName[] = MARKER "other-name";
+// Too long for the buffer inside a std::string. The names begin with the text.
+constexpr char kText[] = "secret-of-the-terminal";
+constexpr char kName[] = "secret-of-the-terminal-name";
+constexpr char kOtherName[] = "secret-of-the-terminal-other-name";
 
 bool searching = false;
 int found = 0;
@@ -25,7 +24,7 @@ int found = 0;
 extern "C" void __libc_free(void* block);
 extern "C" void free(void* block) {
     if (searching && block != nullptr &&
-        memmem(block, malloc_usable_size(block), MARKER, sizeof(MARKER) - 1) != nullptr) {
+        memmem(block, malloc_usable_size(block), kText, sizeof(kText) - 1) != nullptr) {
         ++found;
     }
     __libc_free(block);
@@ -35,10 +34,10 @@ namespace {
 
 void EditAndMerge() {
     Json::Value listed;
-    listed["l"][0U][kName] = kValue;
+    listed["l"][0U][kName] = kText;
     OptionsNodeEdit node;
     for (int round = 0; round < 2; ++round) {
-        EXPECT_TRUE(node.SetLeaf(kName, kValue, nullptr));
+        EXPECT_TRUE(node.SetLeaf(kName, kText, nullptr));
         EXPECT_TRUE(node.SetLeaf(kOtherName, round, nullptr));
     }
     const OptionsNode copy = node;
@@ -54,7 +53,7 @@ TEST(WipingTest, LookupsCopiesEditsAndMergesLeaveNoTextBehind) {
     searching = true;
     EditAndMerge();
     EXPECT_EQ(found, 0);
-    delete new std::string(kValue);
+    delete new std::string(kText);
     searching = false;
     EXPECT_EQ(found, 1) << "a text in a freed block was not found";
 }
