@@ -46,7 +46,6 @@ uint32_t wdFormatError(const char* function, int line, uint32_t code, char* buff
         return WD_INV_ENTRY;
     }
     buffer[length - 1] = '\0';
-    buffer[0] = '\0';
     (void)snprintf(buffer, length - 1, "%s (%d) : %s", function, line,
                    kNames[std::min(code, kUnknown)]);
     return WD_DB_OK;
