@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <new>
+#include <vector>
 
 #include "core/signals/SignalWindow.h"
 #include "tests/support/Descriptors.h"
@@ -32,6 +33,7 @@ TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
     const std::pair<const char*, std::string> cases[] = {
         {"echo 1; echo 2 >&2; echo 3; echo $0", "1\n2\n3\n/bin/sh\n"},
         {"printf 'a\\000\\377'", std::string("a\0\xff", 3)},
+        {"printf 1", "1"},
         {"head -c 3000001 /dev/zero", std::string(3000001, '\0')},
         {"printf part; exit 2", "partShell command exited with code 2\n"},
         {"echo x; kill -KILL $$", "x\nShell Failed: Killed by signal 9\n"},
@@ -44,6 +46,39 @@ TEST_F(ShellRunnerTest, OutputGainsWhatTheCommandWroteAndHowItEnded) {
         EXPECT_EQ(RunShellCommand(command, output), expected.find("Shell ") == std::string::npos);
         EXPECT_TRUE(output == "kept:" + expected) << command << " " << output.size();
     }
+}
+
+TEST_F(ShellRunnerTest, ProgramGetsThirtyArgumentsAndAnEmptyCommandIsNone) {
+    const std::vector<const char*> argv(40, "1");
+    std::string output;
+    EXPECT_TRUE(RunExecCommand("/bin/echo", 40, argv.data(), output));
+    EXPECT_EQ(output.size(), 29U * 2);
+    EXPECT_TRUE(RunExecCommand("/bin/echo", 1, argv.data(), output = ""));
+    EXPECT_EQ(output, "\n");
+    EXPECT_FALSE(RunShellCommand("", output));
+    EXPECT_EQ(output, "\n");
+}
+
+TEST_F(ShellRunnerTest, SystemCommandSucceedsByExitingWith0) {
+    EXPECT_TRUE(RunSystemCommand("exit 0"));
+    EXPECT_FALSE(RunSystemCommand("exit 1"));
+    EXPECT_FALSE(RunSystemCommand("kill -KILL $$"));
+    EXPECT_FALSE(RunSystemCommand(""));
+}
+
+TEST_F(ShellRunnerTest, CommandHasOnlyItsPipeAndWhatTheCallerHasOpen) {
+    const auto run = [] {
+        for (const int fd : {3, 256, 1023}) {
+            dup2(STDIN_FILENO, fd);
+        }
+        CloseInheritedDescriptors();
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        std::string output;
+        (void)RunShellCommand("echo 1; echo 2 >&2; ls /proc/self/fd", output);
+        _exit(output == "1\n2\n0\n1\n2\n3\n" ? 0 : 1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 bool isHandlerArmed = false;
@@ -121,9 +156,10 @@ TEST_F(ShellRunnerTest, SignalsHeldArriveInTheWaitsAndNotInTheChild) {
 }
 
 TEST_F(ShellRunnerTest, OutputThatFindsNoMemoryLeavesNoDescriptorAndNoChild) {
+    const std::string command = "head -c 20000 /dev/zero";
     std::string output;
     onAllocation = [] { throw std::bad_alloc(); };
-    EXPECT_THROW((void)RunShellCommand("head -c 20000 /dev/zero", output), std::bad_alloc);
+    EXPECT_THROW((void)RunShellCommand(command, output), std::bad_alloc);
     onAllocation = nullptr;
 }
 
