@@ -52,19 +52,9 @@ void EndToEnd::StartMonitor(const std::string& arguments) {
     ASSERT_EQ(start.status, 0) << start.output;
 }
 
-void EndToEnd::StartHealthy(const std::string& arguments) {
-    ASSERT_NO_FATAL_FAILURE(StartMonitor(arguments));
+void EndToEnd::StartHealthy() {
+    ASSERT_NO_FATAL_FAILURE(StartMonitor());
     ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
-}
-
-CommandResult EndToEnd::RunMonitorInShell(const std::string& script, const std::string& arguments) {
-    return terminal_->Run("set -- " + terminal_->MonitorCommand() + " " + arguments + "\n" +
-                          script);
-}
-
-void EndToEnd::StartInDebugMode(const std::string& timeout) {
-    (void)RunMonitorInShell("\"$@\" 2>/tmp/debug.log &", "-d -t " + timeout);
-    ExpectLog("Starting the main event loop");
 }
 
 bool EndToEnd::Expect(Source source, const std::string& text) {

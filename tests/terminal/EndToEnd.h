@@ -27,14 +27,7 @@ protected:
     // that is switched on if it was not.
     void StartMonitor(const std::string& arguments = "-X 50");
     // Does so and waits until Keldra is healthy for the first time.
-    void StartHealthy(const std::string& arguments = "-X 50");
-
-    // Starts the daemon in debug mode, in a terminal that is on, and waits until it is set up.
-    // Its standard error goes to /tmp/debug.log.
-    void StartInDebugMode(const std::string& timeout);
-    // Runs a shell script inside, in a terminal that is on: "$@" is the daemon's command line.
-    CommandResult RunMonitorInShell(const std::string& script, const std::string& arguments);
-    CommandResult Query() { return terminal_->Run(terminal_->MonitorCommand() + " -i"); }
+    void StartHealthy();
 
     // Each waits for a line that contains the text, generously, and fails when it does not come.
     bool ExpectLog(const std::string& text) { return Expect(Source::kLog, text); }
@@ -48,5 +41,4 @@ protected:
     pid_t Only(const std::string& name);
 
     std::unique_ptr<SimulatedTerminal> terminal_;
-    TempDir files_;
 };

@@ -14,6 +14,7 @@ TEST_F(EndToEndMetricsTest, PrometheusTakesThemAsTheyAre) {
     std::filesystem::copy_file(KELDRA_METRICS, terminal_->Path("/usr/sbin/keldra-metrics"));
     const std::string metrics = terminal_->Run("sh /usr/sbin/keldra-metrics").output;
     ASSERT_NE(metrics.find("\nkeldra_monitor_up 1\n"), std::string::npos) << metrics;
-    setenv("METRICS", files_.Write("metrics", metrics).c_str(), 1);
+    const TempDir files;
+    setenv("METRICS", files.Write("metrics", metrics).c_str(), 1);
     EXPECT_EQ(std::system((tool + " check metrics <\"$METRICS\"").c_str()), 0);
 }

@@ -9,13 +9,17 @@
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
 //   descriptors        prints how many the monitor of the last question has open between checks
 //   pids NAME          prints the PIDs of the processes with this name
+//   debug SIGNAL TEXT COMMAND...  runs a monitor in debug mode until its log, /tmp/log, holds this
+//                      text, sends the signal, and prints how the monitor ended
 //   order WORD         makes the running Keldra misbehave
-//   await TEXT         waits until a line of the system log holds this text
+//   await TEXT         waits until a line of the system log holds this text, and prints a priority
+//                      other than daemon.notice
 //   story FIRST..LAST  waits until lines of the system log have these two texts. Prints the lines
 //                      from FIRST to LAST, and the orders to the LEDs and the watchdog in between
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its
 // name has no watchdog device.
-#include <sys/wait.h>
+#include <syslog.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <iostream>
@@ -30,6 +34,8 @@ using namespace Terminals::Simulated;
 namespace {
 
 constexpr double kPatienceSeconds = 60;  // a slow machine is waited for
+// Then a session that hangs ends, and everything in its terminal with it.
+constexpr unsigned int kLongestSeconds = 250;
 
 // As root at least of a namespace, in a root that has nothing else.
 constexpr char kInstall[] = R"sh(
@@ -45,10 +51,20 @@ const std::map<Source, std::string> kTellers = {
 const std::string kCommands = R"sh(
 options() { settings "KELDRA_MONITOR_OPTIONS='$*'"; }
 settings() { printf '%s\n' "$1" >/etc/default/keldra_monitor; }
+redirect=LD_PRELOAD=)sh" + std::string(kRedirectLibrary) +
+                              R"sh(
 service() {
-  (umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS LD_PRELOAD=)sh" +
-                              std::string(kRedirectLibrary) + R"sh( \
+  (umask 077; cd /tmp; exec env -i ASAN_OPTIONS=$ASAN_OPTIONS $redirect \
     /etc/init.d/keldra-monitor "$@") || echo "(exit status $?)"
+}
+debug() {
+  signal=$1 text=$2
+  shift 2; rm -f /tmp/log
+  env $redirect "$@" 2>/tmp/log &
+  until grep -qs "$text" /tmp/log || [ ! -e /proc/$!/exe ]; do sleep 0.1; done
+  kill -$signal $!
+  wait $! 2>/dev/null
+  echo "$signal: exit status $?"
 }
 damage() { cat >/tmp/new; chmod 755 /tmp/new; mv /tmp/new /usr/sbin/keldra_monitor; }
 answers() {
@@ -58,7 +74,7 @@ answers() {
 descriptors() {
   for i in 1 2 3 4 5; do ls /proc/$(cat /tmp/monitors)/fd | wc -l; sleep 0.1; done | sort -n | sed -n 1p
 }
-pids() { (cd /proc; grep -lx "$1" [0-9]*/comm) | cut -d / -f 1; }
+pids() { (cd /proc; grep -slx "$1" [0-9]*/comm) | cut -d / -f 1; }
 order() {
   for pid in $(pids keldra); do
     while echo $1 >/run/simulator/keldra.order.$pid; [ -e /proc/$pid ]; do
@@ -68,9 +84,8 @@ order() {
 }
 monitors() {
   touch /tmp/monitors
-  for stat in /proc/[0-9]*/stat; do
-    read -r pid name rest <$stat && [ "$name" != '(keldra_monitor)' ] || echo $pid
-  done 2>/dev/null >/tmp/now
+  # A program that the daemon starts has the daemon's name for a moment.
+  until pids keldra_monitor >/tmp/now; [ $(wc -l </tmp/now) -lt 2 ]; do :; done
   if [ ! -s /tmp/now ]; then echo none
   elif cmp -s /tmp/now /tmp/monitors; then echo the same
   else echo "a new one"
@@ -109,7 +124,11 @@ bool TellStory(Terminal& terminal, const std::string& first, const std::string& 
 bool Obey(Terminal& terminal, const std::string& line) {
     const size_t dots = line.find("..");
     if (line.rfind("await ", 0) == 0) {
-        return terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds).has_value();
+        const auto event = terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds);
+        if (event && event->priority != (LOG_DAEMON | LOG_NOTICE)) {
+            std::cout << "(priority " << event->priority << ")\n";
+        }
+        return event.has_value();
     }
     if (line.rfind("story ", 0) == 0) {
         return TellStory(terminal, line.substr(6, dots - 6), line.substr(dots + 2));
@@ -121,6 +140,7 @@ bool Obey(Terminal& terminal, const std::string& line) {
 }  // namespace
 
 int main() {
+    alarm(kLongestSeconds);
     const TempDir files;
     TerminalOptions options;
     options.packageDirectory = files.File("package");
