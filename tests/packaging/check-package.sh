@@ -74,6 +74,16 @@ DYN
 GNU_RELRO
 __stack_chk_fail${checked:+
 $checked}"
+# Under systemd, too, Keldra and sshd outlive the monitor, and one that fails comes back. The script
+# writes the monitor's PID to that file.
+if [ -n "$unit" ]; then
+  dpkg-deb --fsys-tarfile "$1" | tar xO "./${unit##* ./}" |
+    grep -E '^(PIDFile|KillMode|SendSIGKILL|Restart|OOMPolicy)=' | expect unit "PIDFile=/run/keldra_monitor.pid
+KillMode=process
+SendSIGKILL=no
+Restart=on-failure
+OOMPolicy=continue"
+fi
 # dpkg's calls: the settings are made once, and kept until a purge. The purge comes last, after all
 # files have been removed, and removes the dangling start links.
 if [ -n "$scripts" ]; then
