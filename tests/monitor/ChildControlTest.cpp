@@ -73,6 +73,7 @@ TEST_F(StartKeldraTest, FailuresAreTold) {
     EXPECT_NE(Complaint().find(": No child processes\n"), std::string::npos);
     EXPECT_FALSE(StartKeldra("absent", nullptr));
     EXPECT_FALSE(SetLedsToError("false"));
+    EXPECT_TRUE(SetLedsToError("true"));
 }
 
 TEST(StartKeldraWithoutProcessesTest, FailureIsTold) {

@@ -61,6 +61,9 @@ TEST_F(HealthCheckTest, AbsentKeldraStrikesAndFailedActionsAreLogged) {
     EXPECT_EQ(statistics.start_with_normal_options, 2U);  // counted although it failed
     EXPECT_EQ(statistics.start_with_backup_options, 1U);
     EXPECT_EQ(statistics.start_sshd, 0U);
+    const NamedProcess sshd(settings.sshd_process_name);
+    EXPECT_TRUE(CheckHealth(true));  // it was found
+    EXPECT_TRUE(CheckHealth(true));  // it still runs
 }
 
 TEST_F(HealthCheckTest, UnreadableProcessTableIsAStrikeAndKeldraIsStartedAllTheSame) {

@@ -29,6 +29,7 @@ TEST(JudgementTest, StateComesFromTheFirstFactThatDecides) {
     }
     EXPECT_STREQ(Text(static_cast<KeldraState>(5)), "");
     EXPECT_STREQ(Text(static_cast<KeldraState>(-1)), "");
+    EXPECT_STREQ(Text(static_cast<OptionsType>(3)), "");
 }
 
 TEST(JudgementTest, StrikesOptionsRecoveryAndReboot) {
