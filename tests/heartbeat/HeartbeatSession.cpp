@@ -1,0 +1,111 @@
+// Uses a heartbeat reader by commands of one or two words; tests/transcripts has a session with it.
+// Each answer is the result, and the state of the reader if that has changed. Any other line is a
+// command of the shell.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <sstream>
+
+#include "core/log/Log.h"
+#include "core/options/OptionsNodeEdit.h"
+#include "core/text/FormatText.h"
+#include "core/timer/TimeKeeper.h"
+#include "heartbeat/HeartbeatReadTimer.h"
+#include "tests/support/CallbackTo.h"
+
+using namespace Quenda;
+
+namespace {
+
+using Word = const std::string&;  // empty if it is not given
+
+constexpr char kFile[] = "keldra.heartbeat";
+constexpr int kFileDescriptor = 20;  // the file's, because all below are taken
+
+HeartbeatReadTimer reader;
+
+void Log(int level, const char* format, va_list arguments) {
+    std::printf("log %d: ", level);
+    std::vprintf(format, arguments);
+}
+
+bool Count(Word number) {
+    const auto count = static_cast<uint32_t>(std::stoul(number));
+    std::ofstream(kFile, std::ios::binary)
+        .write(reinterpret_cast<const char*>(&count), sizeof(count));
+    return true;
+}
+
+// Sets a callback of that name; "once" clears itself.
+bool Tell(Word name) {
+    const auto callback = [name](bool result) {
+        std::printf("%s gets %s\n", name.c_str(), result ? "true" : "false");
+        if (name == "once") {
+            reader.ClearResultCallback();
+        }
+    };
+    reader.SetResultCallback(CallbackRef1<bool>(new CallbackTo<void(bool)>(callback)));
+    return true;
+}
+
+bool Reload(Word timeout) {
+    OptionsNodeEdit options;
+    (void)options.SetLeaf("heartbeat_filename", kFile, nullptr);
+    (void)options.SetLeaf("heartbeat_timeout_sec", timeout.c_str(), nullptr);
+    return reader.Reload(options);
+}
+
+// Fires the timer as often as it does up to that time, in seconds from now.
+bool FireUntil(Word seconds) {
+    const TimeValue now = TimeValue::Now();
+    TimeKeeper::Instance().ProcessExpired({now.Seconds() + std::stoi(seconds), now.Nanoseconds()});
+    return true;
+}
+
+const std::map<std::string, std::function<bool(Word)>> kCommands = {
+    {"count", Count},
+    {"tell", Tell},
+    {"reload", Reload},
+    {"reload-number", [](Word) { return reader.Reload(OptionsNode(Json::Value(7))); }},
+    {"fire-until", FireUntil},
+    {"start", [](Word) { return reader.Start(); }},
+    {"stop", [](Word) { return reader.Stop(); }},
+    {"check-now", [](Word) { return reader.CheckNow(); }},
+    {"next-below", [](Word s) { return reader.GetSecondsToNextCheck() < std::stoul(s); }},
+    {"open", [](Word) { return reader.Open("Read"); }},
+    {"close", [](Word) { return reader.Close("Read"); }},
+    {"lose", [](Word) { return close(kFileDescriptor) == 0; }},
+};
+
+}  // namespace
+
+int main() {
+    while (open("/dev/null", O_RDONLY) < kFileDescriptor - 1) {
+    }
+    setlinebuf(stdout);
+    CurrentLogHooks().levelled = Log;
+    std::string state;
+    for (std::string line; std::getline(std::cin, line);) {
+        std::printf("> %s\n", line.c_str());
+        std::istringstream text(line);
+        std::string command, word;
+        text >> command >> word;
+        const auto found = kCommands.find(command);
+        if (found == kCommands.end()) {
+            (void)std::system(line.c_str());
+            continue;
+        }
+        std::printf(found->second(word) ? "true" : "false");
+        const std::string now = FormatText(
+            ": count %u after %u%s%s%s, %u s", reader.GetLastCount(), reader.GetPreviousCount(),
+            reader.HeartbeatMissed() ? ", missed" : "", reader.InErrorState() ? ", in error" : "",
+            reader.IsActive() ? ", active" : "", reader.GetTimeout());
+        std::puts(now == state ? "" : now.c_str());
+        state = now;
+    }
+}
