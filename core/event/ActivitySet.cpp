@@ -15,7 +15,7 @@ ActivityHold::ActivityHold(CallbackHandle callback, SharedText name)
 
 ActivityHold::~ActivityHold() {
     if (links.list != nullptr) {
-        owner_->Remove(this);
+        links.list->Remove(this);
     }
 }
 
@@ -36,7 +36,6 @@ bool ActivitySet::Add(ActivityHold* hold) {
     }
     if (hold->links.list == nullptr) {
         next_->Append(hold);
-        hold->owner_ = this;
     }
     return true;
 }

@@ -39,7 +39,6 @@ private:
     Callback* callback_;
     CallbackHandle kept_;  // keeps `callback_` alive; empty when that is not owned
     SharedText name_;
-    ActivitySet* owner_ = nullptr;
 };
 
 // The holds of one event loop, in two lists: the running pass and the next one.

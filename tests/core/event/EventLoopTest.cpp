@@ -2,15 +2,17 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/epoll.h>
 #include <sys/eventfd.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <climits>
 #include <csignal>
 #include <functional>
+#include <random>
 
 #include "core/event/FileDescriptorHandler.h"
+#include "core/output/StringWritable.h"
 #include "core/signals/SignalWindow.h"
 #include "core/text/FormatText.h"
 #include "core/timer/PeriodicTimer.h"
@@ -22,32 +24,27 @@ using namespace Quenda;
 
 namespace {
 
-// Calls functions that a test chooses. By default it has a new event descriptor, which is ready
-// for reading and writing.
-struct EventHandler : FileDescriptorHandler {
-    explicit EventHandler(const char* name, uint32_t events = EPOLLIN, int fd = eventfd(1, 0))
-        : FileDescriptorHandler(name, fd, events) {}
-    void HandleRead() override { Run(onRead); }
-    void HandleWrite() override { Run(onWrite); }
-    // By value: the action may destroy this handler.
-    static void Run(std::function<void()> action) { action(); }
+// Calls a function of the test. By default it has a new event descriptor, which is ready for
+// reading and writing.
+struct Handler : FileDescriptorHandler {
+    explicit Handler(const char* name, int fd = eventfd(1, 0))
+        : FileDescriptorHandler(name, fd, EPOLLIN | EPOLLOUT) {}
+    void HandleRead() override { call(Fd()); }
+    void HandleWrite() override { call(toupper(Fd())); }
 
-    std::function<void()> onRead = [] {};
-    std::function<void()> onWrite = [] {};
+    inline static std::function<void(int)> call;
 };
 
 // A loop that is ready to run; knows its epoll descriptor.
 struct EventLoopTest : testing::Test {
-    void SetUp() override {
+    EventLoopTest() {
+        close(epollFd_);  // the loop gets it, as the lowest
         EXPECT_TRUE(loop_.Init());
-        for (const auto& [fd, target] : OpenDescriptors()) {
-            epollFd_ = before_.count(fd) == 0 ? fd : epollFd_;
-        }
+        Handler::call = [](int) {};
     }
 
-    std::map<int, std::string> before_ = OpenDescriptors();
+    const int epollFd_ = dup(STDIN_FILENO);
     EventLoop loop_;
-    int epollFd_ = -1;
 };
 
 TEST(WaitTimeoutTest, RoundsDownButNeverToABusyPoll) {
@@ -56,111 +53,149 @@ TEST(WaitTimeoutTest, RoundsDownButNeverToABusyPoll) {
     EXPECT_EQ(EventLoop::WaitTimeoutMs({2147483, 648000000}), INT_MAX);
 }
 
-TEST_F(EventLoopTest, HandlersMayDestroyThemselvesAndOthersOfTheBatch) {
-    std::vector<std::unique_ptr<EventHandler>> handlers;
-    int calls = 0;
-    const auto destroyAll = [&] {
-        ++calls;
-        handlers.clear();
-    };
-    for (const bool inWrite : {false, true}) {
-        for (int i = 0; i < 3; ++i) {
-            handlers.push_back(std::make_unique<EventHandler>("h", EPOLLIN | EPOLLOUT));
-            (inWrite ? handlers.back()->onWrite : handlers.back()->onRead) = destroyAll;
-            loop_.AddHandler(handlers.back().get());
+// Handlers add and destroy one another at random, and a list of letters does the same. A letter is
+// a handler and its descriptor; a capital letter is its write.
+TEST_F(EventLoopTest, HandlersAreCalledAsAListSays) {
+    std::mt19937 random{1}, sameRandom{1};
+    const int ready = eventfd(1, 0);
+    std::map<char, std::unique_ptr<Handler>> handlers;
+    std::string list, calls, expected;
+    bool changed = false;
+    const auto operate = [&] {
+        const char name = "abcd----"[random() % 8];
+        if (name != '-' && handlers.erase(name) == 0) {
+            handlers[name] = std::make_unique<Handler>("h", dup2(ready, name));
+            EXPECT_TRUE(loop_.AddHandler(handlers[name].get()));
         }
-        loop_.Poll();
-        loop_.Poll();
-        EXPECT_EQ(OpenDescriptors().size(), before_.size() + 1);
+    };
+    const auto operateOnList = [&] {
+        const char name = "abcd----"[sameRandom() % 8];
+        const size_t place = list.find(name);
+        changed = changed || name != '-';
+        if (place != std::string::npos) {
+            list.erase(place, 1);
+        } else if (name != '-') {
+            list += name;
+        }
+    };
+    Handler::call = [&](int call) {
+        calls += static_cast<char>(call);
+        operate();
+    };
+    for (int round = 0; round < 5000 && !HasFailure(); ++round) {
+        calls = expected = "";
+        operate();
+        EXPECT_TRUE(loop_.Poll());
+        operateOnList();
+        for (const char name : std::string(list)) {
+            if (list.find(name) == std::string::npos) {
+                continue;
+            }
+            expected += name;
+            operateOnList();
+            if (!std::exchange(changed, false)) {
+                expected += static_cast<char>(toupper(name));
+                operateOnList();
+            }
+        }
+        EXPECT_EQ(calls, expected) << "round " << round;
     }
-    EXPECT_EQ(calls, 2);
 }
 
-TEST_F(EventLoopTest, AnyAdditionOrRemovalSkipsOneWrite) {
-    std::string journal;
-    EventHandler handler("a", EPOLLIN | EPOLLOUT), other("b", 0);
-    handler.onRead = [&] { journal += "r"; };
-    handler.onWrite = [&] { journal += "w"; };
-    const auto poll = [&] {
-        journal.clear();
-        loop_.Poll();
-        return journal;
-    };
-    loop_.AddHandler(&handler);
-    EXPECT_EQ(poll(), "r");
-    EXPECT_EQ(poll(), "rw");
-    loop_.AddHandler(&other);
-    EXPECT_EQ(poll(), "r");
-    EXPECT_TRUE(loop_.RemoveHandler(&other));
-    EXPECT_FALSE(loop_.RemoveHandler(&other));
-    EXPECT_EQ(poll(), "r");
+TEST_F(EventLoopTest, HandlersCountTheirCallsAndWaitForTheirEvents) {
+    Handler handler("h");
+    EXPECT_TRUE(loop_.AddHandler(&handler));
+    EXPECT_TRUE(loop_.Poll());
+    EXPECT_TRUE(loop_.Poll());
+    EXPECT_TRUE(loop_.RemoveHandler(&handler));
+    EXPECT_FALSE(loop_.RemoveHandler(&handler));
     EXPECT_TRUE(handler.SetEvents(EPOLLOUT));
-    EXPECT_EQ(poll(), "w");
     EXPECT_FALSE(handler.SetEvents(EPOLLOUT | EPOLLET));  // EPOLLET is refused
+    EXPECT_TRUE(loop_.AddHandler(&handler));
+    EXPECT_TRUE(loop_.Poll());
+    EXPECT_TRUE(loop_.Poll());
+    StringWritable out;
+    loop_.DumpHandlers(&out);
+    EXPECT_EQ(out.Text(), FormatText("%p fd:%d \"h\" Use Count: 0/1  WRITE EXCEP \n",
+                                     static_cast<void*>(&handler), handler.Fd()));
 }
 
 TEST_F(EventLoopTest, HandlersCloseTheirDescriptorsButNotStandardInput) {
+    const auto before = OpenDescriptors();
     auto ended = std::make_unique<EventLoop>();
     EXPECT_TRUE(ended->Init());
+    EXPECT_TRUE(ended->Init());
     {
-        EventHandler handler("outlives its loop"), input("input", EPOLLIN, 0);
-        ended->AddHandler(&handler);
+        Handler handler("outlives its loop"), input("input", STDIN_FILENO);
+        EXPECT_TRUE(ended->AddHandler(&handler));
         ended.reset();
         EXPECT_TRUE(handler.SetNonBlocking());
         EXPECT_NE(fcntl(handler.Fd(), F_GETFL) & O_NONBLOCK, 0);
         EXPECT_TRUE(handler.SetEvents(0));
     }
-    EXPECT_EQ(OpenDescriptors().size(), before_.size() + 1);
-    EXPECT_NE(fcntl(0, F_GETFD), -1);
+    EXPECT_EQ(OpenDescriptors(), before);
 }
 
-TEST_F(EventLoopTest, FailuresOfTheKernelAreLoggedAndAbsorbed) {
-    EventHandler good("good"), twin("twin", EPOLLIN, good.Fd()), closed("closed");
+TEST_F(EventLoopTest, FailuresAreLoggedAndOnlyABadDescriptorEndsTheRun) {
+    Handler good("good"), twin("twin", good.Fd()), bad("bad"), none("none", -1),
+        path("path", open("/", O_PATH));
     Capture capture(STDERR_FILENO);
     EXPECT_TRUE(loop_.AddHandler(&good));
     EXPECT_EQ(fcntl(good.Fd(), F_GETFD), FD_CLOEXEC);
+    EXPECT_EQ(fcntl(epollFd_, F_GETFD), FD_CLOEXEC);
     EXPECT_FALSE(loop_.AddHandler(&twin));
-    dup2(closed.Fd(), good.Fd());
+    EXPECT_FALSE(loop_.AddHandler(&none));
+    EXPECT_FALSE(none.SetNonBlocking());
+    EXPECT_FALSE(path.SetNonBlocking());
+    dup2(bad.Fd(), good.Fd());
     EXPECT_TRUE(loop_.RemoveHandler(&good));  // ENOENT, which is not worth a line
-    close(closed.Fd());
-    EXPECT_TRUE(loop_.AddHandler(&closed));
-    EXPECT_TRUE(closed.SetEvents(EPOLLOUT));
-    EXPECT_TRUE(loop_.RemoveHandler(&closed));
-    const int e = epollFd_;
-    const int c = closed.Fd();
-    EXPECT_EQ(capture.Stop(),
-              FormatText("In EventLoop::AddHandler, Handler already present, name: twin.\n"
-                         "epoll_ctl_add failed on(closed) (%d/%d): Bad file descriptor\n"
-                         "epoll_ctl_mod failed on(closed) (%d/%d): Bad file descriptor\n"
-                         "epoll_ctl_del failed on(closed) (%d/%d): Bad file descriptor\n",
-                         e, c, e, c, e, c));
-}
-
-TEST_F(EventLoopTest, OnlyABadDescriptorEndsTheRun) {
-    Capture capture(STDERR_FILENO);
+    close(bad.Fd());
+    EXPECT_TRUE(loop_.AddHandler(&bad));
+    EXPECT_TRUE(bad.SetEvents(0));
+    EXPECT_TRUE(loop_.RemoveHandler(&bad));
     dup2(STDERR_FILENO, epollFd_);
     EXPECT_TRUE(loop_.Poll());
     close(epollFd_);
+    EXPECT_FALSE(loop_.Poll());
     EXPECT_FALSE(loop_.Run());
+    const int e = epollFd_;
+    const int b = bad.Fd();
     EXPECT_EQ(capture.Stop(),
-              "EventLoop error Invalid argument (22)\nEventLoop error Bad file descriptor (9)\n"
-              "EventLoop terminated\n");
+              FormatText("In EventLoop::AddHandler, Handler already present, name: twin.\n"
+                         "In EventLoop::AddHandler, File Descriptor is bad(-1), name: none.\n"
+                         "none fcntl() get flags failed: Bad file descriptor\n"
+                         "path set O_NONBLOCK failed: Bad file descriptor\n"
+                         "epoll_ctl_add failed on(bad) (%d/%d): Bad file descriptor\n"
+                         "epoll_ctl_mod failed on(bad) (%d/%d): Bad file descriptor\n"
+                         "epoll_ctl_del failed on(bad) (%d/%d): Bad file descriptor\n"
+                         "EventLoop error Invalid argument (22)\n"
+                         "EventLoop error Bad file descriptor (9)\n"
+                         "EventLoop error Bad file descriptor (9)\n"
+                         "EventLoop terminated\n",
+                         e, b, e, b, e, b));
 }
 
 TEST_F(EventLoopTest, WaitsForTheNextTimerAndNotAtAllForActivities) {
     Capture capture(STDERR_FILENO);
-    const auto stop = [this](auto...) { return loop_.Stop(), true; };
+    int calls = 0;
+    const auto stop = [&](auto...) { return loop_.Stop(), ++calls > 0; };
     PeriodicTimer timer("t", TimerBase::Callback(new CallbackTo<void(unsigned int, void*)>(stop)));
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
     for (int i = 0; i < 150; ++i) {  // minutes, if each took a second
         timer.Start(1, 3600000);
         EXPECT_TRUE(loop_.Run());
     }
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_GE(after.ru_nvcsw - before.ru_nvcsw, 75);  // gave up the processor to wait
     ActivityHold hold(ActivityHold::CallbackHandle(new CallbackTo<bool(int)>(stop)));
-    loop_.AddActivity(&hold);
+    EXPECT_FALSE(loop_.AddActivity(nullptr));
+    EXPECT_TRUE(loop_.AddActivity(&hold));
     EXPECT_TRUE(loop_.Run());  // an hour, if it waited for the timer
+    EXPECT_EQ(calls, 151);
 }
 
-TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
+TEST_F(EventLoopTest, SignalsHeldArriveInEveryWaitAndNotInCallbacks) {
     static bool came = false;
     const auto run = [this] {
         (void)signal(SIGUSR1, [](int) { came = true; });
@@ -168,15 +203,26 @@ TEST_F(EventLoopTest, SignalsHeldArriveInEveryWait) {
         sigaddset(&held, SIGUSR1);
         BlockSignalsOutsideWindows(held);
         BlockSignalsOutsideWindows(held);  // by another part of the program
-        EventHandler ready("ready");
-        for (const bool isReady : {false, true}) {
+        const auto raiseAnother = [] {
             came = false;
             raise(SIGUSR1);
             EXPECT_FALSE(came);
-            EXPECT_TRUE(loop_.Poll());
-            EXPECT_TRUE(came) << isReady;
-            loop_.AddHandler(&ready);
-        }
+        };
+        raiseAnother();
+        EXPECT_TRUE(loop_.Poll());
+        EXPECT_TRUE(came);
+        raiseAnother();
+        Handler ready("ready");
+        Handler::call = [&](int) {
+            EXPECT_TRUE(came);
+            raiseAnother();
+            loop_.Stop();
+        };
+        loop_.AddHandler(&ready);
+        EXPECT_TRUE(loop_.Run());
+        dup2(STDERR_FILENO, epollFd_);
+        EXPECT_TRUE(loop_.Poll());
+        EXPECT_TRUE(came);
         came = false;
         const SignalWindow window;
         EXPECT_TRUE(loop_.Poll());  // its window ends inside of this one
