@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -24,21 +23,13 @@ namespace {
 
 using Word = const std::string&;  // empty if it is not given
 
-constexpr char kFile[] = "keldra.heartbeat";
-constexpr int kFileDescriptor = 20;  // the file's, because all below are taken
+constexpr int kDescriptor = 20;  // of the heartbeat file, because all below are taken
 
 HeartbeatReadTimer reader;
 
 void Log(int level, const char* format, va_list arguments) {
     std::printf("log %d: ", level);
     std::vprintf(format, arguments);
-}
-
-bool Count(Word number) {
-    const auto count = static_cast<uint32_t>(std::stoul(number));
-    std::ofstream(kFile, std::ios::binary)
-        .write(reinterpret_cast<const char*>(&count), sizeof(count));
-    return true;
 }
 
 // Sets a callback of that name; "once" clears itself.
@@ -55,7 +46,7 @@ bool Tell(Word name) {
 
 bool Reload(Word timeout) {
     OptionsNodeEdit options;
-    (void)options.SetLeaf("heartbeat_filename", kFile, nullptr);
+    (void)options.SetLeaf("heartbeat_filename", "keldra.heartbeat", nullptr);
     (void)options.SetLeaf("heartbeat_timeout_sec", timeout.c_str(), nullptr);
     return reader.Reload(options);
 }
@@ -68,7 +59,6 @@ bool FireUntil(Word seconds) {
 }
 
 const std::map<std::string, std::function<bool(Word)>> kCommands = {
-    {"count", Count},
     {"tell", Tell},
     {"reload", Reload},
     {"reload-number", [](Word) { return reader.Reload(OptionsNode(Json::Value(7))); }},
@@ -79,13 +69,13 @@ const std::map<std::string, std::function<bool(Word)>> kCommands = {
     {"next-below", [](Word s) { return reader.GetSecondsToNextCheck() < std::stoul(s); }},
     {"open", [](Word) { return reader.Open("Read"); }},
     {"close", [](Word) { return reader.Close("Read"); }},
-    {"lose", [](Word) { return close(kFileDescriptor) == 0; }},
+    {"lose", [](Word) { return close(kDescriptor) == 0; }},
 };
 
 }  // namespace
 
 int main() {
-    while (open("/dev/null", O_RDONLY) < kFileDescriptor - 1) {
+    while (open("/dev/null", O_RDONLY) < kDescriptor - 1) {
     }
     setlinebuf(stdout);
     CurrentLogHooks().levelled = Log;
