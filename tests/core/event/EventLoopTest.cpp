@@ -54,7 +54,8 @@ TEST(WaitTimeoutTest, RoundsDownButNeverToABusyPoll) {
 }
 
 // Handlers add and destroy one another at random, and a list of letters does the same. A letter is
-// a handler and its descriptor; a capital letter is its write.
+// a handler and its descriptor; a capital letter is its write. All are ready, and epoll reports
+// them in the order in which they were added.
 TEST_F(EventLoopTest, HandlersAreCalledAsAListSays) {
     std::mt19937 random{1}, sameRandom{1};
     const int ready = eventfd(1, 0);
@@ -187,7 +188,7 @@ TEST_F(EventLoopTest, WaitsForTheNextTimerAndNotAtAllForActivities) {
         EXPECT_TRUE(loop_.Run());
     }
     getrusage(RUSAGE_SELF, &after);
-    EXPECT_GE(after.ru_nvcsw - before.ru_nvcsw, 75);  // gave up the processor to wait
+    EXPECT_GE(after.ru_nvcsw - before.ru_nvcsw, 15);  // gave up the processor to wait
     ActivityHold hold(ActivityHold::CallbackHandle(new CallbackTo<bool(int)>(stop)));
     EXPECT_FALSE(loop_.AddActivity(nullptr));
     EXPECT_TRUE(loop_.AddActivity(&hold));
