@@ -64,15 +64,6 @@ bool EndToEnd::Expect(Source source, const std::string& text) {
     return came;
 }
 
-int EndToEnd::LogLines(const std::string& text) {
-    terminal_->Pump(0);
-    int count = 0;
-    for (const Event& event : terminal_->Events()) {
-        count += event.source == Source::kLog && event.text.find(text) != std::string::npos;
-    }
-    return count;
-}
-
 bool EndToEnd::Becomes(const std::function<bool()>& condition) {
     const double deadline = terminal_->Seconds() + kDeadlineSeconds;
     // Asked only once a turn: a condition that has become true may become false at any time.

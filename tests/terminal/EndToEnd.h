@@ -32,8 +32,6 @@ protected:
     // Each waits for a line that contains the text, generously, and fails when it does not come.
     bool ExpectLog(const std::string& text) { return Expect(Source::kLog, text); }
     bool Expect(Source source, const std::string& text);
-    // Counts the log lines so far that contain the text.
-    int LogLines(const std::string& text);
     // Waits for it, as generously.
     bool Becomes(const std::function<bool()>& condition);
     // The only process of that name; waits for one to appear and for a second one, like the

@@ -16,12 +16,15 @@
 //                      other than daemon.notice
 //   story FIRST..LAST  waits until lines of the system log have these two texts. Prints the lines
 //                      from FIRST to LAST, and the orders to the LEDs and the watchdog in between
+// Usage: terminal_session [KELDRA [FILE...]]: a Keldra other than the stand-in, and programs for
+// /usr/sbin.
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its
 // name has no watchdog device.
 #include <syslog.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <map>
 
@@ -139,11 +142,12 @@ bool Obey(Terminal& terminal, const std::string& line) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
     alarm(kLongestSeconds);
     const TempDir files;
     TerminalOptions options;
     options.packageDirectory = files.File("package");
+    options.keldraProgram = argc > 1 ? argv[1] : "";
     setenv("P", PACKAGE_FILE, 1);
     setenv("D", options.packageDirectory.c_str(), 1);
     if (std::system(kInstall) != 0) {
@@ -155,8 +159,13 @@ int main() {
         std::cout << reason << "\n";
         return 1;
     }
+    for (int i = 2; i < argc; ++i) {
+        const std::filesystem::path file = argv[i];
+        std::filesystem::copy_file(file, terminal.Path("/usr/sbin/" + file.filename().string()));
+    }
     for (std::string line; std::getline(std::cin, line);) {
         std::cout << "> " << line << "\n";
         std::cout << (Obey(terminal, line) ? "" : "(it did not come)\n") << std::flush;
     }
+    std::cout << terminal.Run("cat /tmp/sanitizer* 2>/dev/null").output;
 }
