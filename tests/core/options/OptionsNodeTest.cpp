@@ -33,7 +33,13 @@ TEST(JsonValueTest, ImpossibleConversionEndsTheProcessWithItsReason) {
         (void)conversion(value);
     };
     EXPECT_DEATH((void)Json::Value("x").asInt(), "^Value is not convertible to Int\\.\n");
-    EXPECT_DEATH(convert(JsonValue::AsInt, "x"), "Type is not convertible to int\n");
+    const auto commented = [](Json::Value value) {
+        value.setComment(std::string("# x"), Json::commentAfterOnSameLine);
+        return JsonValue::AsInt(value);
+    };
+    EXPECT_DEATH(convert(commented, "x"),
+                 "^Quenda workaround: Comments must start with /\n"
+                 "Quenda workaround: Type is not convertible to int\n");
     EXPECT_DEATH(convert(JsonValue::AsUInt, "x"), "Type is not convertible to uint\n");
     EXPECT_DEATH(convert(JsonValue::AsDouble, "x"), "Type is not convertible to double\n");
     EXPECT_DEATH(convert(JsonValue::AsText, 1), "Type is not convertible to string\n");

@@ -65,11 +65,12 @@ CallbackRef<void(bool&, Key, const OptionsNode&)> Until(const std::string& last)
     return CallbackRef<void(bool&, Key, const OptionsNode&)>(new Callback(visit));
 }
 
-// Selects the members whose names begin with one of the letters.
+// Selects the members whose names begin with one of the letters; without letters there is no
+// predicate.
 bool Select(const Node& node, const std::string& letters) {
     OptionsNode selected(J("'untouched'"));
     const auto begins = [&](Word name) { return letters.find(*name) != std::string::npos; };
-    const MemberPredicate predicate(new CallbackTo<bool(Word)>(begins));
+    const MemberPredicate predicate(letters.empty() ? nullptr : new CallbackTo<bool(Word)>(begins));
     return node.SelectMembers(predicate, selected) & Print(Text(selected.Value()));
 }
 

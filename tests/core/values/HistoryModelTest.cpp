@@ -31,6 +31,9 @@ std::string Rates(ValueList::History& history) {
 TEST(HistoryModelTest, RatesAreThoseOfADeque) {
     setenv("TZ", "UTC", 1);
     std::mt19937 random{1};
+    StringWritable nothing;
+    ValueList({}).Command(&nothing, 0, nullptr);
+    EXPECT_EQ(nothing.Text(), "No values\n");
     ValueList list({ValueDefinition::UInt("n", 0)});
     ValueList::History history(list);
     int64_t timeUs = 1000000;
