@@ -58,9 +58,9 @@ enum WdError : uint32_t {
     WD_VERIFICATION_FAILED = 16,
 };
 
-// Writes "function (line) : NAME of the code" into `buffer`, cut to its length; codes above 16
-// are "UNKNOWN". Returns WD_NULL_POINTER for a null buffer, WD_INV_ENTRY for a length below 2,
-// with the buffer untouched in both cases; otherwise WD_DB_OK.
+// Writes "function (line) : NAME of the code" into `buffer`, cut to length - 2 characters; codes
+// above 16 are "UNKNOWN". Returns WD_NULL_POINTER for a null buffer, WD_INV_ENTRY for a length
+// below 2, with the buffer untouched in both cases; otherwise WD_DB_OK.
 uint32_t wdFormatError(const char* function, int line, uint32_t code, char* buffer, size_t length);
 
 const BuildRecord& WatchdogBuildRecord();

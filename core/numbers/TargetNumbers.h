@@ -1,6 +1,6 @@
 // Reads and converts numbers as the terminal's C library and processor do. Its `long` has 32 bits,
 // so a text beyond 32 bits gives the limit, where a 64-bit workstation would give the low bits of a
-// larger number. A minus negates an unsigned number, and its limit, modulo 2^32.
+// larger number. A minus negates an unsigned number modulo 2^32, but not the limit.
 #pragma once
 
 #include <cstdint>

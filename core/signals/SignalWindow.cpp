@@ -5,8 +5,8 @@ namespace Quenda {
 namespace {
 
 bool blocking = false;
-sigset_t held;          // the signals that wait for a window
-sigset_t maskInWindow;  // the process's mask before any of them was held
+sigset_t blocked;       // outside windows
+sigset_t maskInWindow;  // the process's mask before any of them was blocked
 
 }  // namespace
 
@@ -14,7 +14,7 @@ void BlockSignalsOutsideWindows(const sigset_t& signals) {
     // None of these calls can fail with valid sets. Only the first call reads the mask: later ones
     // would find the signals blocked and keep them so in windows.
     (void)sigprocmask(SIG_BLOCK, &signals, blocking ? nullptr : &maskInWindow);
-    (void)sigorset(&held, &held, &signals);
+    (void)sigorset(&blocked, &blocked, &signals);
     blocking = true;
 }
 
@@ -27,7 +27,7 @@ void RestoreSignalsInChild() {
         return;
     }
     for (int signal = 1; signal < NSIG; ++signal) {
-        if (sigismember(&held, signal) == 1) {
+        if (sigismember(&blocked, signal) == 1) {
             (void)::signal(signal, SIG_DFL);  // cannot fail: none of them is reserved
         }
     }

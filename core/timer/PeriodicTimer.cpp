@@ -18,7 +18,7 @@ void PeriodicTimer::Start(unsigned int periodMs) {
 }
 
 void PeriodicTimer::Expire(const TimeValue& now) {
-    if (!CallBack(now) || !IsActive()) {
+    if (!InvokeCallback(now) || !IsActive()) {
         return;
     }
     // From the previous expiry, not from now: a stall gives one call for each missed period.

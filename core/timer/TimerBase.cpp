@@ -39,7 +39,7 @@ TimeValue TimerBase::TimeRemaining(const TimeValue& now) const {
     return HasExpired(now) ? TimeValue() : expiry_ - now;
 }
 
-bool TimerBase::CallBack(const TimeValue& now) {
+bool TimerBase::InvokeCallback(const TimeValue& now) {
     if (!callback_) {
         return true;
     }

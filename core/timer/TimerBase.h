@@ -7,10 +7,10 @@
 
 namespace Quenda {
 
-// A timer on the process's TimeKeeper. It is idle, or armed until its expiry. A derived class
-// defines what happens then.
+// A timer on the process's TimeKeeper. It is idle, armed until its expiry, or active after it has
+// fired: it leaves the queue then, but is active until it is stopped. Destroying it stops it. A
+// derived class defines what happens at the expiry.
 //
-// A timer that fires leaves the queue, but is active until it is stopped. Destroying it stops it.
 // The callback gets the monotonic time in milliseconds, truncated to 32 bits, and the user data.
 class TimerBase : public TimerTkIntf {
 public:
@@ -36,7 +36,7 @@ public:
 protected:
     // For `Expire`: calls the callback, if there is one. False when the callback destroyed this
     // timer, which must not be touched any more.
-    bool CallBack(const TimeValue& now);
+    bool InvokeCallback(const TimeValue& now);
 
 private:
     SharedText name_;
@@ -45,7 +45,8 @@ private:
     bool active_ = false;
     void* userData_ = nullptr;
     Callback callback_;
-    // Without a deleter. A weak reference to it tells whether the timer still exists.
+    // Owns nothing: its deleter is empty. A weak reference to it tells whether the timer still
+    // exists.
     std::shared_ptr<TimerBase> self_;
 };
 
