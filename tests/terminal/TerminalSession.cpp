@@ -7,7 +7,8 @@
 //   monitors          says whether a monitor runs, and whether it is the one of the question before
 //   damage             replaces the daemon's program by standard input
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
-//   descriptors        prints how many the monitor of the last question has open between checks
+//   descriptors N      waits until the monitor of the last question has at most N open, as it has
+//                      between checks, and prints how many
 //   pids NAME          prints the PIDs of the processes with this name
 //   debug SIGNAL TEXT COMMAND...  runs a monitor in debug mode until its log, /tmp/log, holds this
 //                      text, sends the signal, and prints how the monitor ended
@@ -75,7 +76,12 @@ answers() {
   rm -rf /var/run/keldra-metrics
 }
 descriptors() {
-  for i in 1 2 3 4 5; do ls /proc/$(cat /tmp/monitors)/fd | wc -l; sleep 0.1; done | sort -n | sed -n 1p
+  for i in $(seq 100); do
+    n=$(ls /proc/$(cat /tmp/monitors)/fd | wc -l)
+    [ $n -gt $1 ] || break
+    sleep 0.1
+  done
+  echo $n
 }
 pids() { (cd /proc; grep -slx "$1" [0-9]*/comm) | cut -d / -f 1; }
 order() {
