@@ -137,13 +137,12 @@ TEST_F(EventLoopTest, HandlersCloseTheirDescriptorsButNotStandardInput) {
     EXPECT_EQ(OpenDescriptors(), before);
 }
 
-TEST_F(EventLoopTest, FailuresAreLoggedAndOnlyABadDescriptorEndsTheRun) {
+TEST_F(EventLoopTest, FailuresOfDescriptorsAreLoggedAndAbsorbed) {
     Handler good("good"), twin("twin", good.Fd()), bad("bad"), none("none", -1),
         path("path", open("/", O_PATH));
     Capture capture(STDERR_FILENO);
     EXPECT_TRUE(loop_.AddHandler(&good));
     EXPECT_EQ(fcntl(good.Fd(), F_GETFD), FD_CLOEXEC);
-    EXPECT_EQ(fcntl(epollFd_, F_GETFD), FD_CLOEXEC);
     EXPECT_FALSE(loop_.AddHandler(&twin));
     EXPECT_FALSE(loop_.AddHandler(&none));
     EXPECT_FALSE(none.SetNonBlocking());
@@ -153,12 +152,8 @@ TEST_F(EventLoopTest, FailuresAreLoggedAndOnlyABadDescriptorEndsTheRun) {
     close(bad.Fd());
     EXPECT_TRUE(loop_.AddHandler(&bad));
     EXPECT_TRUE(bad.SetEvents(0));
+    EXPECT_FALSE(loop_.ModifyHandler(&bad));
     EXPECT_TRUE(loop_.RemoveHandler(&bad));
-    dup2(STDERR_FILENO, epollFd_);
-    EXPECT_TRUE(loop_.Poll());
-    close(epollFd_);
-    EXPECT_FALSE(loop_.Poll());
-    EXPECT_FALSE(loop_.Run());
     const int e = epollFd_;
     const int b = bad.Fd();
     EXPECT_EQ(capture.Stop(),
@@ -168,12 +163,29 @@ TEST_F(EventLoopTest, FailuresAreLoggedAndOnlyABadDescriptorEndsTheRun) {
                          "path set O_NONBLOCK failed: Bad file descriptor\n"
                          "epoll_ctl_add failed on(bad) (%d/%d): Bad file descriptor\n"
                          "epoll_ctl_mod failed on(bad) (%d/%d): Bad file descriptor\n"
-                         "epoll_ctl_del failed on(bad) (%d/%d): Bad file descriptor\n"
-                         "EventLoop error Invalid argument (22)\n"
-                         "EventLoop error Bad file descriptor (9)\n"
-                         "EventLoop error Bad file descriptor (9)\n"
-                         "EventLoop terminated\n",
-                         e, b, e, b, e, b));
+                         "epoll_ctl_mod failed on(bad) (%d/%d): Bad file descriptor\n"
+                         "epoll_ctl_del failed on(bad) (%d/%d): Bad file descriptor\n",
+                         e, b, e, b, e, b, e, b));
+}
+
+TEST_F(EventLoopTest, OnlyABadDescriptorEndsTheRun) {
+    EXPECT_EQ(fcntl(epollFd_, F_GETFD), FD_CLOEXEC);
+    Capture capture(STDERR_FILENO);
+    dup2(STDERR_FILENO, epollFd_);
+    EXPECT_TRUE(loop_.Poll());
+    close(epollFd_);
+    EXPECT_FALSE(loop_.Poll());
+    EXPECT_FALSE(loop_.Run());
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none = {0, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_FALSE(EventLoop().Init());
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(capture.Stop(),
+              "EventLoop error Invalid argument (22)\nEventLoop error Bad file descriptor (9)\n"
+              "EventLoop error Bad file descriptor (9)\nEventLoop terminated\n"
+              "epoll_create() failed: Too many open files (24)\n");
 }
 
 TEST_F(EventLoopTest, WaitsForTheNextTimerAndNotAtAllForActivities) {
