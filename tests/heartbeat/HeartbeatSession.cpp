@@ -25,7 +25,14 @@ using Word = const std::string&;  // empty if it is not given
 
 constexpr int kDescriptor = 20;  // of the heartbeat file, because all below are taken
 
-HeartbeatReadTimer reader;
+// Refuses to start or to stop, as another kind of reader might.
+struct Reader : HeartbeatReadTimer {
+    bool Start() override { return refused != "start" && HeartbeatReadTimer::Start(); }
+    bool Stop() override { return refused != "stop" && HeartbeatReadTimer::Stop(); }
+    std::string refused;
+};
+
+Reader reader;
 
 void Log(int level, const char* format, va_list arguments) {
     std::printf("log %d: ", level);
@@ -63,6 +70,7 @@ const std::map<std::string, std::function<bool(Word)>> kCommands = {
     {"reload", Reload},
     {"reload-number", [](Word) { return reader.Reload(OptionsNode(Json::Value(7))); }},
     {"fire-until", FireUntil},
+    {"refuse", [](Word what) { return reader.refused = what, true; }},
     {"start", [](Word) { return reader.Start(); }},
     {"stop", [](Word) { return reader.Stop(); }},
     {"check-now", [](Word) { return reader.CheckNow(); }},
