@@ -15,11 +15,11 @@ constexpr char kIdsMismatch[] = ": Array IDs type does not match destination typ
 
 // The result of comparing an element of the source's array with one of the destination's.
 enum class ElementMatch {
-    kDifferent = 0,
-    kSame = 1,
-    kMissingInSource = 2,
-    kMissingInDestination = 3,
-    kNotComparable = 4,
+    kDifferent,
+    kSame,
+    kMissingInSource,
+    kMissingInDestination,
+    kNotComparable,
 };
 
 // Compares the elements by the members that `ids` names, at every level. The leaves of `ids` only

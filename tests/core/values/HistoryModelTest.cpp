@@ -28,12 +28,15 @@ std::string Rates(ValueList::History& history) {
     return out.Text().substr(out.Text().find('\n') + 1);
 }
 
+TEST(ValueListTest, WithoutValuesSaysSo) {
+    StringWritable out;
+    ValueList({}).Command(&out, 0, nullptr);
+    EXPECT_EQ(out.Text(), "No values\n");
+}
+
 TEST(HistoryModelTest, RatesAreThoseOfADeque) {
     setenv("TZ", "UTC", 1);
     std::mt19937 random{1};
-    StringWritable nothing;
-    ValueList({}).Command(&nothing, 0, nullptr);
-    EXPECT_EQ(nothing.Text(), "No values\n");
     ValueList list({ValueDefinition::UInt("n", 0)});
     ValueList::History history(list);
     int64_t timeUs = 1000000;
