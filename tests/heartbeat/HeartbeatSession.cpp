@@ -1,5 +1,5 @@
 // Uses a heartbeat reader by commands of one or two words; tests/transcripts has a session with it.
-// Each answer is the result, and the state of the reader if that has changed. Any other line is a
+// Each answer is the result and the state of the reader. Any other line is a
 // command of the shell.
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,7 +12,6 @@
 
 #include "core/log/Log.h"
 #include "core/options/OptionsNodeEdit.h"
-#include "core/text/FormatText.h"
 #include "core/timer/TimeKeeper.h"
 #include "heartbeat/HeartbeatReadTimer.h"
 #include "tests/support/CallbackTo.h"
@@ -87,7 +86,6 @@ int main() {
     }
     setlinebuf(stdout);
     CurrentLogHooks().levelled = Log;
-    std::string state;
     for (std::string line; std::getline(std::cin, line);) {
         std::printf("> %s\n", line.c_str());
         std::istringstream text(line);
@@ -100,12 +98,11 @@ int main() {
             }
             continue;
         }
-        std::printf(found->second(word) ? "true" : "false");
-        const std::string now = FormatText(
-            ": count %u after %u%s%s%s, %u s", reader.GetLastCount(), reader.GetPreviousCount(),
-            reader.HeartbeatMissed() ? ", missed" : "", reader.InErrorState() ? ", in error" : "",
-            reader.IsActive() ? ", active" : "", reader.GetTimeout());
-        std::puts(now == state ? "" : now.c_str());
-        state = now;
+        const bool done = found->second(word);
+        std::printf("%s: count %u after %u%s%s%s, %u s\n", done ? "true" : "false",
+                    reader.GetLastCount(), reader.GetPreviousCount(),
+                    reader.HeartbeatMissed() ? ", missed" : "",
+                    reader.InErrorState() ? ", in error" : "", reader.IsActive() ? ", active" : "",
+                    reader.GetTimeout());
     }
 }

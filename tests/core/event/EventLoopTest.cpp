@@ -27,6 +27,7 @@ namespace {
 // Calls a function of the test. By default it has a new event descriptor, which is ready for
 // reading and writing.
 struct Handler : FileDescriptorHandler {
+    using FileDescriptorHandler::FileDescriptorHandler;
     explicit Handler(const char* name, int fd = eventfd(1, 0))
         : FileDescriptorHandler(name, fd, EPOLLIN | EPOLLOUT) {}
     void HandleRead() override { call(Fd()); }
@@ -138,7 +139,7 @@ TEST_F(EventLoopTest, HandlersCloseTheirDescriptorsButNotStandardInput) {
 }
 
 TEST_F(EventLoopTest, FailuresOfDescriptorsAreLoggedAndAbsorbed) {
-    Handler good("good"), twin("twin", good.Fd()), bad("bad"), none("none", -1),
+    Handler good("good"), twin("twin", good.Fd()), bad("bad"), none(SharedText("none")),
         path("path", open("/", O_PATH));
     Capture capture(STDERR_FILENO);
     EXPECT_TRUE(loop_.AddHandler(&good));

@@ -68,6 +68,7 @@ struct TimerModelTest : testing::Test {
         ASSERT_TRUE(!queue_.empty() && queue_.begin()->second == name) << where_;
         EXPECT_LE(queue_.begin()->first, nowMs_) << where_;
         queue_.erase(queue_.begin());
+        EXPECT_EQ(keeper_.ActiveCount(), queue_.size()) << where_;
         const PeriodicTimer* const timer = timers_[name].get();
         Operate();
         Operate();
