@@ -46,8 +46,10 @@ public:
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;
     ~RunningCommand() {
-        int status = 0;
-        (void)End(status);
+        if (outputFd_ != -1) {
+            int status = 0;
+            (void)End(status);
+        }
     }
 
     void ReadAll(std::string& output) const {
@@ -62,11 +64,8 @@ public:
         }
     }
 
-    // Closes the pipe and waits. False if the wait fails, and at a second call.
+    // Closes the pipe and waits. False if the wait fails.
     bool End(int& status) {
-        if (outputFd_ == -1) {
-            return false;
-        }
         (void)close(std::exchange(outputFd_, -1));  // nothing was written
         return WaitForChild(child_, status);
     }
