@@ -9,12 +9,6 @@
 
 class EndToEndRecoveryTest : public EndToEnd {};
 
-TEST_F(EndToEndRecoveryTest, OrderGoesToTheNextKeldraWhenOneDoesNotObey) {
-    StartHealthy();
-    ASSERT_TRUE(terminal_->Signal(Only("keldra"), SIGSTOP));
-    EXPECT_EQ(Cause(terminal_.get(), "error"), "");
-}
-
 TEST_F(EndToEndRecoveryTest, LoggerThatHangsAndIsRemovedDoesNotKeepTheDaemon) {
     StartHealthy();
     const std::string path = terminal_->Path(kSyslogSocket), hung = path + ".hung";
