@@ -71,7 +71,10 @@ struct SyslogTest : testing::Test {
         close(logger);  // the one of the previous test
         logger = Bind(SOCK_DGRAM);
         OpenSyslog("keldra");
+        const int next = dup(STDERR_FILENO);
+        close(next);
         LogMessage(0, "goes through at once\n");
+        EXPECT_EQ(dup(STDERR_FILENO), next) << "the line left a descriptor open";
         EXPECT_EQ(Records(), "<29>keldra: goes through at once\n|");
     }
     // The records received, without foreign ones and without their time stamps, a "|" after each.

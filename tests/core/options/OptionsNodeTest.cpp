@@ -32,6 +32,7 @@ TEST(JsonValueTest, ImpossibleConversionEndsTheProcessWithItsReason) {
         (void)dup2(STDERR_FILENO, STDOUT_FILENO);  // which gets the complaint
         (void)conversion(value);
     };
+    EXPECT_DEATH((void)Json::Value(1)["a"], "requires objectValue\n");
     EXPECT_DEATH((void)Json::Value("x").asInt(), "^Value is not convertible to Int\\.\n");
     const auto commented = [](Json::Value value) {
         value.setComment(std::string("# x"), Json::commentAfterOnSameLine);
