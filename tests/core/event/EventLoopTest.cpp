@@ -147,6 +147,7 @@ TEST_F(EventLoopTest, FailuresOfDescriptorsAreLoggedAndAbsorbed) {
     EXPECT_FALSE(none.SetNonBlocking());
     dup2(bad.Fd(), good.Fd());
     EXPECT_TRUE(loop_.RemoveHandler(&good));  // ENOENT, which is not worth a line
+    EXPECT_TRUE(good.SetEvents(0));           // concerns no loop any more
     close(bad.Fd());
     EXPECT_TRUE(loop_.AddHandler(&bad));
     EXPECT_TRUE(bad.SetEvents(0));
