@@ -41,10 +41,10 @@ void Log(int level, const char* format, va_list arguments) {
 // Sets a callback of that name; "once" clears itself.
 bool Tell(Word name) {
     const auto callback = [name](bool result) {
-        std::printf("%s gets %s\n", name.c_str(), result ? "true" : "false");
         if (name == "once") {
             reader.ClearResultCallback();
         }
+        std::printf("%s gets %s\n", name.c_str(), result ? "true" : "false");
     };
     reader.SetResultCallback(CallbackRef1<bool>(new CallbackTo<void(bool)>(callback)));
     return true;
