@@ -84,8 +84,14 @@ bool EventLoop::AddHandler(FileDescriptorHandler* handler) {
         return false;
     }
     (void)fcntl(fd, F_SETFD, FD_CLOEXEC);  // a closed descriptor shows in epoll_ctl below
-    if (!handlers_.emplace(fd, handler).second) {
+    if (handlers_.count(fd) != 0) {
         LogMessage(2, "In EventLoop::AddHandler, Handler already present, name: %s.\n",
+                   handler->Name());
+        return false;
+    }
+    // A guard only: the look-up above leaves no case for it.
+    if (!handlers_.emplace(fd, handler).second) {
+        LogMessage(2, "In EventLoop::AddHandler, failed to add handler %d/%s.\n", fd,
                    handler->Name());
         return false;
     }

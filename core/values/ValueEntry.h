@@ -41,8 +41,8 @@ public:
     ValueKind Kind() const { return definition_.kind; }
 
     // Rejects nothing: a text without a number gives 0, a number beyond 32 bits the limit. A minus
-    // negates an unsigned number, and its limit, modulo 2^32. Whole numbers may be decimal,
-    // hexadecimal ("0x") or octal ("0"). Null gives a null text or 0.
+    // negates an unsigned number modulo 2^32. Whole numbers may be decimal, hexadecimal ("0x") or
+    // octal ("0"). Null gives a null text or 0.
     void SetFromText(const char* text);
     void ResetToDefault();
 
