@@ -123,11 +123,12 @@ bool Run(const char* path, char* const* argv, const char* shown, std::string& ou
 
 bool WaitForChild(pid_t child, int& status) {
     const SignalWindow window;
-    pid_t ended = -1;
-    do {
-        ended = waitpid(child, &status, 0);
-    } while (ended == -1 && errno == EINTR);
-    return ended != -1;
+    while (waitpid(child, &status, 0) == -1) {
+        if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool RunShellCommand(const std::string& command, std::string& output) {
@@ -158,7 +159,7 @@ bool RunSystemCommand(const std::string& command) {
         const SignalWindow window;
         status = system(command.c_str());
     }
-    return status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;  // -1, for a failure, is no exit
 }
 
 void CloseInheritedDescriptors() {
