@@ -83,10 +83,10 @@ TEST(StartKeldraWithoutProcessesTest, FailureIsTold) {
         getrlimit(RLIMIT_NPROC, &limit);
         limit.rlim_cur = 0;
         setrlimit(RLIMIT_NPROC, &limit);
-        _exit(StartKeldra("../bin/sh", nullptr) ? 1 : 0);
+        _exit(StartKeldra("../../bin/sh", nullptr) ? 1 : 0);
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(0),
-                "^/usr/sbin/../bin/sh -cp 23\n"
+                "^/usr/sbin/../../bin/sh -cp 23\n"
                 "Failed to fork for Keldra: Resource temporarily unavailable\n$");
 }
 
