@@ -133,6 +133,7 @@ bool EventLoop::ModifyHandler(FileDescriptorHandler* handler) {
 
 bool EventLoop::Run() {
     terminate_ = false;
+    isSound_ = true;
     while (!terminate_) {
         (void)WaitAndDispatch(false);
         timeKeeper_->ProcessExpired();

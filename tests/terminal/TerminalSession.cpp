@@ -13,10 +13,10 @@
 //   debug SIGNAL TEXT COMMAND...  runs a monitor in debug mode until its log, /tmp/log, holds this
 //                      text, sends the signal, and prints how the monitor ended
 //   order WORD         makes the running Keldra misbehave
-//   await TEXT         waits until a line of the system log holds this text, and prints a priority
-//                      other than daemon.notice
+//   await TEXT         waits until a line of the system log holds this text
 //   story FIRST..LAST  waits until lines of the system log have these two texts. Prints the lines
 //                      from FIRST to LAST, and the orders to the LEDs and the watchdog in between
+// These two print a priority other than daemon.notice.
 // Usage: terminal_session [KELDRA [FILE...]]: a Keldra other than the stand-in, and programs for
 // /usr/sbin.
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its
@@ -103,6 +103,12 @@ monitors() {
 }
 )sh";
 
+// What the log tells of a line's priority if it is not the usual one.
+std::string Unusual(const Event& event) {
+    const bool isUsual = event.priority < 0 || event.priority == (LOG_DAEMON | LOG_NOTICE);
+    return isUsual ? "" : "(priority " + std::to_string(event.priority) + ")\n";
+}
+
 // Looks at each event once. False if one of the two lines did not come.
 bool TellStory(Terminal& terminal, const std::string& first, const std::string& last) {
     static size_t next = 0;
@@ -120,7 +126,7 @@ bool TellStory(Terminal& terminal, const std::string& first, const std::string& 
         }
         isTold = isTold || event.text.find(first) != std::string::npos;
         if (isTold) {
-            std::cout << teller->second << ": " << event.text << "\n";
+            std::cout << teller->second << ": " << event.text << "\n" << Unusual(event);
         }
         if (isTold && event.text.find(last) != std::string::npos) {
             return true;
@@ -134,9 +140,7 @@ bool Obey(Terminal& terminal, const std::string& line) {
     const size_t dots = line.find("..");
     if (line.rfind("await ", 0) == 0) {
         const auto event = terminal.Await(Source::kLog, line.substr(6), kPatienceSeconds);
-        if (event && event->priority != (LOG_DAEMON | LOG_NOTICE)) {
-            std::cout << "(priority " << event->priority << ")\n";
-        }
+        std::cout << (event ? Unusual(*event) : "");
         return event.has_value();
     }
     if (line.rfind("story ", 0) == 0) {
