@@ -60,7 +60,7 @@ TEST_F(StartKeldraTest, LauncherIsWaitedForThroughInterruptions) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);  // no zombie is left
 }
 
-TEST_F(StartKeldraTest, FailuresAreTold) {
+TEST_F(StartKeldraTest, SuccessAndFailuresAreTold) {
     EXPECT_FALSE(Start("exit 3"));
     EXPECT_EQ(Complaint(), "Keldra failed to start, status: 3\n");
     EXPECT_FALSE(Start("kill -KILL $$"));
@@ -73,7 +73,7 @@ TEST_F(StartKeldraTest, FailuresAreTold) {
     EXPECT_NE(Complaint().find(": No child processes\n"), std::string::npos);
     EXPECT_FALSE(StartKeldra("absent", nullptr));
     EXPECT_FALSE(SetLedsToError("false"));
-    EXPECT_TRUE(SetLedsToError("true"));
+    EXPECT_TRUE(StartKeldra("../../bin/true", nullptr));
 }
 
 TEST(StartKeldraWithoutProcessesTest, FailureIsTold) {
