@@ -81,6 +81,7 @@ bool HeartbeatTimerBase::Reload(const OptionsNode& newOptions) {
         LogMessage(0, "%s: %s: Failed to stop the heartbeat timer!\n", name_, "Reload");
         return false;
     }
+    options_.Reset();
     if (!options_.Load(newOptions)) {
         LogMessage(0, "%s: %s: Failed to load new options\n", name_, "Reload");
         return RejectOptions();

@@ -47,6 +47,7 @@ uint32_t wdFormatError(const char* function, int line, uint32_t code, char* buff
     }
     // Deliberate: the text has at most length - 2 characters, one less than would fit.
     buffer[length - 1] = '\0';
+    buffer[0] = '\0';
     (void)snprintf(buffer, length - 1, "%s (%d) : %s", function, line,
                    kNames[std::min(code, kUnknown)]);
     return WD_DB_OK;

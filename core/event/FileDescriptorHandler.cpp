@@ -35,6 +35,7 @@ FileDescriptorHandler::~FileDescriptorHandler() {
         loop->RemoveHandler(this);
     }
     (void)close(fd_);  // the descriptor is gone even when this fails
+    fd_ = -1;
 }
 
 void FileDescriptorHandler::ResetCounts() {

@@ -76,6 +76,7 @@ void CloseSyslog() {
     openIdent = nullptr;
     closelog();
     CurrentLogHooks() = savedHooks;
+    savedHooks = {nullptr, nullptr};
 }
 
 bool IsSyslogOpen() {
@@ -96,7 +97,8 @@ SysloggerWritable& SyslogSink() {
 void ApplySysloggerOptions(TraceList& list, const OptionsNode* options) {
     // Read as a number, which a boolean is, too: 1 for true and 0 for false.
     int32_t isOn = 0;
-    if (options == nullptr || !options->GetMemberValue(isOn, "syslogger_on", isOn)) {
+    if (options == nullptr || options->IsEmpty() ||
+        !options->GetMemberValue(isOn, "syslogger_on", 0)) {
         return;
     }
     if (isOn == 0) {
