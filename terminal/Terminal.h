@@ -17,7 +17,7 @@ enum class Source { kLog, kSimulator, kKeldra, kSshd, kLed, kWatchdog, kInit };
 struct Event {
     double seconds = 0;  // since the terminal was first switched on
     Source source = Source::kSimulator;
-    int priority = -1;     // facility and level of a log line, -1 for everything else
+    int priority = -1;     // facility and level of a log line, -1 if not known
     bool routine = false;  // repeats all the time; a reader can do without it
     std::string text;
 };
@@ -86,8 +86,9 @@ protected:
     virtual bool Boot(std::string* reason) = 0;
     // Boots from the backup partition after a bite, and starts the daemon as before.
     void Reboot();
-    // Adds an event for a log line, "<30>Nov 22 10:00:00 keldra_monitor: text", or for a report of
-    // a stand-in or of the watchdog, "keldra hangs now". Ignores a line of any other sender and one
+    // Adds an event for a log line, "<30>Nov 22 10:00:00 keldra_monitor: text" or on a console
+    // "keldra_monitor: text", or for a report of a stand-in or of the watchdog, "keldra hangs now".
+    // Ignores a line of any other sender and one
     // without a text.
     void Take(const std::string& line);
 

@@ -8,7 +8,6 @@
 
 namespace Quenda {
 
-class ActivitySet;
 class Writable;
 
 // One piece of deferred work. The set does not own it. When it is destroyed, it leaves its set.

@@ -1,6 +1,5 @@
 // Uses a heartbeat reader by commands of one or two words; tests/transcripts has a session with it.
-// Each answer is the result and the state of the reader. Any other line is a
-// command of the shell.
+// Each answer is the result and the state of the reader. Any other line is a command of the shell.
 #include <fcntl.h>
 #include <unistd.h>
 

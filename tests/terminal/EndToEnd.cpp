@@ -8,8 +8,6 @@ namespace {
 
 // Much longer than anything takes, even on a slow machine.
 constexpr double kDeadlineSeconds = 60;
-// For a case that has already failed: it only has to end.
-constexpr double kImpatientSeconds = 2;
 
 }  // namespace
 
@@ -38,30 +36,15 @@ void EndToEnd::TearDown() {
     }
 }
 
-void EndToEnd::PowerOn(const TerminalOptions& options) {
-    terminal_ = std::make_unique<SimulatedTerminal>(options);
+void EndToEnd::StartHealthy() {
+    terminal_ = std::make_unique<SimulatedTerminal>();
     std::string reason;
     ASSERT_TRUE(terminal_->PowerOn(&reason)) << reason;
-}
-
-void EndToEnd::StartMonitor(const std::string& arguments) {
-    if (!terminal_) {
-        ASSERT_NO_FATAL_FAILURE(PowerOn());
-    }
-    const CommandResult start = terminal_->StartMonitor("-t 1 " + arguments);
+    const CommandResult start = terminal_->StartMonitor("-t 1 -X 50");
     ASSERT_EQ(start.status, 0) << start.output;
-}
-
-void EndToEnd::StartHealthy() {
-    ASSERT_NO_FATAL_FAILURE(StartMonitor());
-    ASSERT_TRUE(ExpectLog("Keldra started responding again after"));
-}
-
-bool EndToEnd::Expect(Source source, const std::string& text) {
-    const double patience = HasFailure() ? kImpatientSeconds : kDeadlineSeconds;
-    const bool came = terminal_->Await(source, text, patience).has_value();
-    EXPECT_TRUE(came) << "no \"" << text << "\"";
-    return came;
+    const auto healthy =
+        terminal_->Await(Source::kLog, "Keldra started responding again after", kDeadlineSeconds);
+    ASSERT_TRUE(healthy.has_value());
 }
 
 bool EndToEnd::Becomes(const std::function<bool()>& condition) {

@@ -10,7 +10,7 @@ TEST_F(EndToEndMetricsTest, PrometheusTakesThemAsTheyAre) {
     if (std::system(("[ -x \"" + tool + "\" ]").c_str()) != 0) {
         GTEST_SKIP() << "promtool is missing; scripts/setup fleet fetches it";
     }
-    StartHealthy();
+    ASSERT_NO_FATAL_FAILURE(StartHealthy());
     std::filesystem::copy_file(KELDRA_METRICS, terminal_->Path("/usr/sbin/keldra-metrics"));
     const std::string metrics = terminal_->Run("sh /usr/sbin/keldra-metrics").output;
     ASSERT_NE(metrics.find("\nkeldra_monitor_up 1\n"), std::string::npos) << metrics;

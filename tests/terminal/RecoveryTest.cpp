@@ -10,7 +10,7 @@
 class EndToEndRecoveryTest : public EndToEnd {};
 
 TEST_F(EndToEndRecoveryTest, LoggerThatHangsAndIsRemovedDoesNotKeepTheDaemon) {
-    StartHealthy();
+    ASSERT_NO_FATAL_FAILURE(StartHealthy());
     const std::string path = terminal_->Path(kSyslogSocket), hung = path + ".hung";
     std::filesystem::remove(path);
     sockaddr_un address = {AF_UNIX, ""};

@@ -1,10 +1,10 @@
 // A session on a simulated terminal with the package installed, as an operator types it: each line
 // of standard input is a command for the terminal's shell, and its output follows the line. The
 // shell has these commands of ours:
-//   service ACTION    the service script, called as a careless caller does
+//   service ACTION     the service script, called as a careless caller does
 //   settings LINE      writes the settings: one line of the shell
 //   options WORDS      the same, with these options of the daemon
-//   monitors          says whether a monitor runs, and whether it is the one of the question before
+//   monitors           says whether a monitor runs, and whether it is that of the last question
 //   damage             replaces the daemon's program by standard input
 //   answers COMMAND    makes the daemon's program answer a query with this command's output
 //   descriptors N      waits until the monitor of the last question has at most N open, as it has
@@ -16,7 +16,7 @@
 //   await TEXT         waits until a line of the system log holds this text
 //   story FIRST..LAST  waits until lines of the system log have these two texts. Prints the lines
 //                      from FIRST to LAST, and the orders to the LEDs and the watchdog in between
-// These two print a priority other than daemon.notice.
+// await and story also print a priority other than daemon.notice.
 // Usage: terminal_session [KELDRA [FILE...]]: a Keldra other than the stand-in, and programs for
 // /usr/sbin.
 // A daemon that the service script starts has the terminal's watchdog; one that is started by its

@@ -17,7 +17,6 @@
 #include "core/log/TraceList.h"
 #include "core/options/OptionsNodeEdit.h"
 #include "tests/support/Capture.h"
-#include "tests/support/TempDir.h"
 
 using namespace Quenda;
 
